@@ -1,0 +1,30 @@
+//===- Plugin.cpp - What a compiler finds in the library ------------------===//
+//
+/// \file
+/// Registration only.  `-load-pass-plugin` and `-fpass-plugin` call
+/// llvmGetPassPluginInfo; plain `-load` runs the static initialisers, which
+/// make the legacy pass known by its argument.
+///
+//===----------------------------------------------------------------------===//
+
+#include "../pass/InlineRecursion.h"
+#include "Pipeline.h"
+#include "llvm/PassRegistry.h"
+#include "llvm/Passes/PassPlugin.h"
+
+using namespace llvm;
+
+namespace {
+struct RegisterLegacyPass {
+  RegisterLegacyPass() {
+    initializeInlineRecursionLegacyPass(*PassRegistry::getPassRegistry());
+  }
+};
+} // namespace
+
+static RegisterLegacyPass Register;
+
+extern "C" LLVM_ATTRIBUTE_WEAK PassPluginLibraryInfo llvmGetPassPluginInfo() {
+  return {LLVM_PLUGIN_API_VERSION, "InlineRecursion", "0.1.0",
+          inlinerecursion::registerPipeline};
+}
