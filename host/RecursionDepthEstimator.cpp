@@ -1,11 +1,263 @@
 //===- RecursionDepthEstimator.cpp - How deep does it recurse? ------------===//
+
 #include "RecursionDepthEstimator.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/Analysis/InstructionSimplify.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/CFG.h"
+#include "llvm/IR/Constants.h"
+#include "llvm/IR/Dominators.h"
+#include "llvm/IR/Function.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+#include <algorithm>
+#include <optional>
 
 using namespace llvm;
 
-bool RecursionDepthEstimator::canEstimateRecursionDepth() { return false; }
+namespace {
+
+/// A branch or switch on the way to a recursive call, and its ways on.
+struct Guard {
+  Instruction *Terminator;
+  /// The successors from which the call can be reached without coming back to
+  /// the guard; at least one other successor is not among them.
+  SmallPtrSet<const BasicBlock *, 2> WaysOn;
+};
+
+/// Values of one activation, for known (and partly known) arguments.
+class Activation {
+public:
+  Activation(Function &F, ScalarEvolution &SE, ArrayRef<Constant *> Arguments)
+      : SE(SE), Query(F.getParent()->getDataLayout()), Arguments(Arguments) {}
+
+  /// The constant that \p V is in this activation, or null.
+  Constant *evaluate(Value *V, unsigned Depth = 0);
+
+  /// Does control certainly turn away from the call at \p G?
+  bool isTurnedAwayAt(const Guard &G);
+
+private:
+  Constant *foldInstruction(Instruction &I, unsigned Depth);
+  Constant *evaluateThroughLoops(Instruction &I);
+
+  ScalarEvolution &SE;
+  const SimplifyQuery Query;
+  ArrayRef<Constant *> Arguments;
+  /// Null while an instruction is being evaluated, so that a cycle of PHIs is
+  /// unknown rather than endless.
+  DenseMap<Instruction *, Constant *> Known;
+};
+
+} // namespace
+
+/// \p C unless it stands for no value in particular.
+static Constant *getIfDefined(Constant *C) {
+  return isa<UndefValue>(C) ? nullptr : C;
+}
+
+Constant *Activation::evaluate(Value *V, unsigned Depth) {
+  if (auto *C = dyn_cast<Constant>(V))
+    return getIfDefined(C);
+  if (auto *A = dyn_cast<Argument>(V))
+    return Arguments[A->getArgNo()];
+  auto *I = dyn_cast<Instruction>(V);
+  if (!I || Depth == RecursionDepthEstimator::MaxFoldDepth)
+    return nullptr;
+  auto [Entry, Inserted] = Known.try_emplace(I, nullptr);
+  if (!Inserted)
+    return Entry->second;
+
+  Constant *Result = foldInstruction(*I, Depth);
+  if (!Result)
+    Result = evaluateThroughLoops(*I);
+  Known[I] = Result;
+  return Result;
+}
+
+Constant *Activation::foldInstruction(Instruction &I, unsigned Depth) {
+  if (I.mayWriteToMemory() || isa<PHINode, AllocaInst>(I))
+    return nullptr;
+  // Operands that stay unknown take part as they are: a false conjunct or the
+  // chosen arm of a select decides on its own.
+  bool AnyKnown = false;
+  SmallVector<Value *, 4> Operands;
+  for (Value *Operand : I.operands()) {
+    Constant *C = evaluate(Operand, Depth + 1);
+    AnyKnown |= C != nullptr;
+    Operands.push_back(C ? C : Operand);
+  }
+  if (!AnyKnown)
+    return nullptr;
+  auto *Folded = dyn_cast_or_null<Constant>(
+      simplifyInstructionWithOperands(&I, Operands, Query));
+  return Folded ? getIfDefined(Folded) : nullptr;
+}
+
+Constant *Activation::evaluateThroughLoops(Instruction &I) {
+  // What changes from one trip of a loop to the next has no one value, but a
+  // comparison of it may: `i < n` is false in every trip when n is 0.
+  auto *Compare = dyn_cast<ICmpInst>(&I);
+  if (!(Compare && SE.isSCEVable(Compare->getOperand(0)->getType())) &&
+      !(isa<PHINode>(I) && SE.isSCEVable(I.getType())))
+    return nullptr;
+
+  ValueToSCEVMapTy Substitution;
+  for (auto [Formal, Actual] : zip(I.getFunction()->args(), Arguments))
+    if (Actual && SE.isSCEVable(Formal.getType()))
+      Substitution[&Formal] = SE.getSCEV(Actual);
+  auto Substitute = [&](Value *V) -> const SCEV * {
+    const SCEV *S = SE.getSCEV(V);
+    // Rewriting recurses over the expression.
+    if (S->getExpressionSize() > RecursionDepthEstimator::MaxFoldDepth)
+      return nullptr;
+    return SCEVParameterRewriter::rewrite(S, SE, Substitution);
+  };
+
+  if (!Compare) {
+    const auto *C = dyn_cast_or_null<SCEVConstant>(Substitute(&I));
+    return C ? C->getValue() : nullptr;
+  }
+  const SCEV *LHS = Substitute(Compare->getOperand(0));
+  const SCEV *RHS = Substitute(Compare->getOperand(1));
+  if (!LHS || !RHS)
+    return nullptr;
+  std::optional<bool> Outcome =
+      SE.evaluatePredicate(Compare->getPredicate(), LHS, RHS);
+  return Outcome ? ConstantInt::getBool(I.getType(), *Outcome) : nullptr;
+}
+
+bool Activation::isTurnedAwayAt(const Guard &G) {
+  const BasicBlock *Taken = nullptr;
+  if (auto *Branch = dyn_cast<BranchInst>(G.Terminator)) {
+    if (auto *C =
+            dyn_cast_or_null<ConstantInt>(evaluate(Branch->getCondition())))
+      Taken = Branch->getSuccessor(C->isZero() ? 1 : 0);
+  } else if (auto *Switch = dyn_cast<SwitchInst>(G.Terminator)) {
+    if (auto *C =
+            dyn_cast_or_null<ConstantInt>(evaluate(Switch->getCondition())))
+      Taken = Switch->findCaseValue(C)->getCaseSuccessor();
+  }
+  return Taken && !G.WaysOn.contains(Taken);
+}
+
+/// The guards between the entry of the function and \p Target, innermost first.
+///
+/// Every way from a dominating block to the target leads through the next
+/// dominating block below it, so it is enough to look, for each such pair, at
+/// the blocks in between.  Those sets are disjoint: the walk is linear.
+static SmallVector<Guard, 4> findGuards(BasicBlock *Target,
+                                        const DominatorTree &DT) {
+  SmallVector<Guard, 4> Guards;
+  BasicBlock *Below = Target;
+  for (DomTreeNode *Node = DT.getNode(Target)->getIDom(); Node;
+       Node = Node->getIDom()) {
+    BasicBlock *Above = Node->getBlock();
+    Instruction *Terminator = Above->getTerminator();
+    if (isa<BranchInst, SwitchInst>(Terminator) &&
+        Terminator->getNumSuccessors() > 1) {
+      // Backwards from the lower block up to the upper one, but not around a
+      // loop that the lower one heads.
+      SmallPtrSet<const BasicBlock *, 8> ReachBelow = {Below};
+      SmallVector<const BasicBlock *, 8> Worklist = {Below};
+      while (!Worklist.empty())
+        for (const BasicBlock *Pred : predecessors(Worklist.pop_back_val()))
+          if (Pred != Above && !DT.dominates(Below, Pred) &&
+              ReachBelow.insert(Pred).second)
+            Worklist.push_back(Pred);
+
+      Guard G{Terminator, {}};
+      for (const BasicBlock *Successor : successors(Above))
+        if (ReachBelow.contains(Successor))
+          G.WaysOn.insert(Successor);
+      if (any_of(successors(Above), [&](const BasicBlock *Successor) {
+            return !G.WaysOn.contains(Successor);
+          }))
+        Guards.push_back(std::move(G));
+    }
+    Below = Above;
+  }
+  return Guards;
+}
+
+RecursionDepthEstimator::RecursionDepthEstimator(Function *F,
+                                                 ScalarEvolution *SE,
+                                                 DominatorTree *DT)
+    : F(F), SE(SE), DT(DT) {}
+
+bool RecursionDepthEstimator::canEstimateRecursionDepth() {
+  if (!DT)
+    return false;
+
+  for (User *U : F->users()) {
+    auto *Call = dyn_cast<CallInst>(U);
+    // Whatever else enters F does not enter a chain of it.
+    if (!Call || Call->getCalledFunction() != F || Call->getFunction() == F)
+      continue;
+    ArgumentTuple Arguments;
+    for (unsigned ArgNo = 0; ArgNo != F->arg_size(); ++ArgNo) {
+      auto *C = dyn_cast<Constant>(Call->getArgOperand(ArgNo));
+      Arguments.push_back(C ? getIfDefined(C) : nullptr);
+    }
+    // An entry about which nothing is known may go to any depth.
+    if (none_of(Arguments, [](Constant *C) { return C != nullptr; }))
+      return false;
+    if (is_contained(Entries, Arguments))
+      continue;
+    if (Entries.size() == MaxEntries)
+      return false;
+    Entries.push_back(std::move(Arguments));
+  }
+  if (Entries.empty())
+    return false;
+
+  for (Instruction &I : instructions(*F)) {
+    auto *Call = dyn_cast<CallInst>(&I);
+    // A call that is never reached makes no activations.
+    if (!Call || Call->getCalledFunction() != F ||
+        !DT->isReachableFromEntry(Call->getParent()))
+      continue;
+    if (CallSites.size() == MaxCallSites)
+      return false;
+    CallSites.push_back(Call);
+  }
+  return !CallSites.empty();
+}
 
 std::pair<const SCEV *, const SCEV *>
-RecursionDepthEstimator::identifyRecursionDepthForCallSite(CallInst *) {
-  return {nullptr, nullptr};
+RecursionDepthEstimator::identifyRecursionDepthForCallSite(CallInst *Call) {
+  const SmallVector<Guard, 4> Guards = findGuards(Call->getParent(), *DT);
+
+  // Activations until a guard turns away, counting the one that does; none if
+  // nothing is known to stop the recursion.
+  auto CountActivations =
+      [&](ArgumentTuple Arguments) -> std::optional<unsigned> {
+    for (unsigned Count = 1; Count <= MaxActivations; ++Count) {
+      Activation Now(*F, *SE, Arguments);
+      if (any_of(Guards, [&](const Guard &G) { return Now.isTurnedAwayAt(G); }))
+        return Count;
+      ArgumentTuple Next;
+      for (unsigned ArgNo = 0; ArgNo != F->arg_size(); ++ArgNo)
+        Next.push_back(Now.evaluate(Call->getArgOperand(ArgNo)));
+      // The next activation would do the same as this one, for ever.
+      if (Next == Arguments)
+        return std::nullopt;
+      Arguments = std::move(Next);
+    }
+    return std::nullopt;
+  };
+
+  unsigned Shallowest = ~0U, Deepest = 0;
+  for (const ArgumentTuple &Entry : Entries) {
+    std::optional<unsigned> Activations = CountActivations(Entry);
+    if (!Activations)
+      return {nullptr, nullptr};
+    Shallowest = std::min(Shallowest, *Activations);
+    Deepest = std::max(Deepest, *Activations);
+  }
+  Type *CountTy = Type::getInt32Ty(F->getContext());
+  return {SE->getConstant(CountTy, Shallowest),
+          SE->getConstant(CountTy, Deepest)};
 }

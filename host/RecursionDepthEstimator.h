@@ -1,4 +1,37 @@
 //===- RecursionDepthEstimator.h - How deep does it recurse? ----*- C++ -*-===//
+//
+/// \file
+/// Counts the activations that one entry into a recursive function makes, when
+/// the arguments of the entry are constants.
+///
+///   int fact(int n) { return n == 0 ? 1 : n * fact(n - 1); }
+///   fact(5)                                   // six activations: n = 5 ... 0
+///
+/// A chain of as many copies leaves the recursive call of the last copy dead,
+/// and every copy with a constant argument.
+///
+/// The method is to walk the recursion on paper.  Each branch or switch that
+/// control must leave on certain sides to get to the recursive call is a guard;
+/// the dominator tree yields them.  Beginning with the arguments of the outside
+/// call, the guards are evaluated; as long as none of them is known to turn
+/// away, the operands of the recursive call become the arguments of the next
+/// activation.  Values are evaluated by folding their instructions, and through
+/// ScalarEvolution where a loop stands in between.  A guard that is not decided
+/// by the known arguments (a pruning test on memory, say) lets the walk pass:
+/// the count is that of the deepest path.
+///
+/// Limits, all of which yield "no estimate": MaxCallSites recursive calls,
+/// MaxEntries different tuples of arguments at the outside calls,
+/// MaxActivations per entry, MaxFoldDepth nested instructions per value.  One
+/// estimate thus folds at most MaxCallSites * MaxEntries * MaxActivations times
+/// the instructions that guards and recursive operands are computed from; the
+/// guards are found in time linear in the blocks of the function.
+///
+/// It reads the module and changes nothing; a wrong answer costs speed, never
+/// correctness, because a chain of any depth computes the same.
+///
+//===----------------------------------------------------------------------===//
+
 #ifndef INLINERECURSION_HOST_RECURSIONDEPTHESTIMATOR_H
 #define INLINERECURSION_HOST_RECURSIONDEPTHESTIMATOR_H
 
@@ -9,6 +42,7 @@
 namespace llvm {
 
 class CallInst;
+class Constant;
 class DominatorTree;
 class Function;
 class SCEV;
@@ -17,26 +51,39 @@ class ScalarEvolution;
 /// Estimates how many activations of a recursive function one entry makes.
 class RecursionDepthEstimator {
 public:
-  /// \p F and \p SE are not null; \p DT may be.
-  RecursionDepthEstimator(Function *F, ScalarEvolution *SE, DominatorTree *DT)
-      : F(F), SE(SE), DT(DT) {}
+  static constexpr unsigned MaxCallSites = 8;
+  static constexpr unsigned MaxEntries = 8;
+  static constexpr unsigned MaxActivations = 64;
+  static constexpr unsigned MaxFoldDepth = 32;
 
-  /// Can F be judged at all?  When true, getCallSites() is filled.
+  /// \p F and \p SE are not null, and F has a body; \p DT may be null.
+  RecursionDepthEstimator(Function *F, ScalarEvolution *SE, DominatorTree *DT);
+
+  /// Can F be judged at all?  It can when it calls itself, there is a dominator
+  /// tree, and every direct call from outside passes at least one constant.
+  /// When true, getCallSites() is filled.
   bool canEstimateRecursionDepth();
 
-  /// The recursive call sites of F, in layout order.
+  /// The plain direct calls of F in F, in layout order.
   ArrayRef<CallInst *> getCallSites() const { return CallSites; }
 
-  /// The (shallowest, deepest) number of activations of F before \p Call is no
-  /// longer reached; null where that is not a known constant.
+  /// The (shallowest, deepest) number of activations, over the outside calls,
+  /// when every activation recurses through \p Call (one of getCallSites()).
+  /// Both are 32-bit constants of at least 1, or both are null: no guard of
+  /// \p Call is ever decided, or the recursion does not end in time.
   std::pair<const SCEV *, const SCEV *>
   identifyRecursionDepthForCallSite(CallInst *Call);
 
 private:
+  /// One entry per formal argument; null where the value is not known.
+  using ArgumentTuple = SmallVector<Constant *, 4>;
+
   Function *F;
   ScalarEvolution *SE;
   DominatorTree *DT;
   SmallVector<CallInst *, 2> CallSites;
+  /// The different tuples that F is entered with from outside.
+  SmallVector<ArgumentTuple, 2> Entries;
 };
 
 } // namespace llvm

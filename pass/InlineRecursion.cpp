@@ -14,9 +14,11 @@
 #include "InlineRecursion.h"
 #include "../host/FunctionSpecializeAction.h"
 #include "../host/RecursionDepthEstimator.h"
+#include "llvm/ADT/PostOrderIterator.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/CFG.h"
 #include "llvm/IR/Constants.h"
 #include "llvm/IR/Dominators.h"
 #include "llvm/IR/Function.h"
@@ -262,6 +264,166 @@ void InlineRecursion::InlineRecursionCosting::analyzeFunction() {
   }
 }
 
+/// Are \p A and \p B (constants of one type) known to be equal?
+static bool isSameConstant(ScalarEvolution *SE, const SCEV *A, const SCEV *B) {
+  const auto *Difference = dyn_cast<SCEVConstant>(SE->getMinusSCEV(A, B));
+  return Difference && Difference->getAPInt().isZero();
+}
+
+const SCEV *InlineRecursion::InlineRecursionCosting::estimateRecursionDepth() {
+  RecursionDepthEstimator Estimator(F, SE, DT);
+  if (!Estimator.canEstimateRecursionDepth())
+    return nullptr;
+
+  const SCEV *Agreed = nullptr;
+  for (CallInst *Call : Estimator.getCallSites()) {
+    auto [First, Second] = Estimator.identifyRecursionDepthForCallSite(Call);
+    if (!isa_and_nonnull<SCEVConstant>(First) ||
+        !isa_and_nonnull<SCEVConstant>(Second))
+      return nullptr;
+    // One depth per site ...
+    if (!isSameConstant(SE, Second, First))
+      return nullptr;
+    // ... and the same one at all sites.
+    if (!Agreed)
+      Agreed = First;
+    else if (!isSameConstant(SE, Agreed, First))
+      return nullptr;
+  }
+  return Agreed;
+}
+
+bool InlineRecursion::InlineRecursionCosting::checkIfFunctionCalledOnce() {
+  unsigned NumOfOutsideCalls = 0;
+  for (User *U : F->users()) {
+    CallInst *Call = getDirectCallTo(U, F);
+    if (!Call)
+      return false;
+    if (Call->getFunction() != F)
+      ++NumOfOutsideCalls;
+  }
+  return NumOfOutsideCalls == 1;
+}
+
+/// Collects what would fold away in the users of \p V, and in their users, if
+/// \p V were a constant: the instructions themselves into \p SimplifiedInsts,
+/// and the `br` and `switch` instructions that would be decided into
+/// \p DecidedTerminators.  \p VisitedValues guards against walking twice.  The
+/// maps are only added to, every entry is true, and the order of entries is
+/// that of a depth-first walk (a user's own users before the next user).
+///
+/// An operation counts only if one operand is an integer literal, whichever of
+/// the two carries \p V; memory, selects, PHIs and calls end the walk.
+static void estimateInstSimplificationWhenValueIsConstant(
+    Value *V, MapVector<Instruction *, bool> &SimplifiedInsts,
+    MapVector<Instruction *, bool> &DecidedTerminators,
+    MapVector<Value *, bool> &VisitedValues) {
+  // The stack is explicit, so that no def-use chain is too long for it: for
+  // each value on the current path, the use to look at next.
+  SmallVector<std::pair<Value *, Value::use_iterator>, 16> Path;
+  auto Enter = [&](Value *Entered) {
+    if (VisitedValues.insert({Entered, true}).second)
+      Path.push_back({Entered, Entered->use_begin()});
+  };
+
+  Enter(V);
+  while (!Path.empty()) {
+    auto &[Current, NextUse] = Path.back();
+    if (NextUse == Current->use_end()) {
+      Path.pop_back();
+      continue;
+    }
+    auto *I = dyn_cast<Instruction>((NextUse++)->getUser());
+    if (!I)
+      continue;
+    if (isa<BranchInst, SwitchInst>(I)) {
+      DecidedTerminators[I] = true;
+    } else if (isa<GetElementPtrInst>(I)) {
+      SimplifiedInsts[I] = true;
+    } else if (isa<CastInst>(I) || (isa<BinaryOperator, CmpInst>(I) &&
+                                    (isa<ConstantInt>(I->getOperand(0)) ||
+                                     isa<ConstantInt>(I->getOperand(1))))) {
+      SimplifiedInsts[I] = true;
+      Enter(I);
+    }
+  }
+}
+
+/// Replaces the count of every block D in \p RegionSizes by the number of
+/// instructions in the blocks that D dominates.
+///
+/// One subtree sum over the dominator tree serves all of them.  It yields what
+/// asking `dominates` for every pair of blocks would: an unreachable block is
+/// dominated by every block, and dominates no reachable one but itself.
+static void
+measureDominatedRegions(Function &F, DominatorTree &DT,
+                        MapVector<BasicBlock *, unsigned> &RegionSizes) {
+  unsigned UnreachableSize = 0;
+  for (BasicBlock &BB : F)
+    if (!DT.isReachableFromEntry(&BB))
+      UnreachableSize += BB.size();
+
+  DenseMap<const DomTreeNode *, unsigned> SubtreeSizes;
+  for (DomTreeNode *Node : post_order(DT.getRootNode())) {
+    unsigned Size = Node->getBlock()->size();
+    for (DomTreeNode *Child : Node->children())
+      Size += SubtreeSizes.lookup(Child);
+    SubtreeSizes[Node] = Size;
+  }
+
+  for (auto &[BB, Size] : RegionSizes)
+    Size = SubtreeSizes.lookup(DT.getNode(BB)) + UnreachableSize;
+}
+
+bool InlineRecursion::InlineRecursionCosting::
+    estimateInlineBenefitAndCheckInlineFeasiblity() {
+  if (F->arg_size() != 1)
+    return false;
+
+  MapVector<Instruction *, bool> SimplifiedInsts;
+  MapVector<Instruction *, bool> DecidedTerminators;
+  MapVector<Value *, bool> VisitedValues;
+  estimateInstSimplificationWhenValueIsConstant(
+      F->getArg(0), SimplifiedInsts, DecidedTerminators, VisitedValues);
+
+  // The code that runs only behind one side of a decided branch or switch.
+  MapVector<BasicBlock *, unsigned> RegionSizes;
+  for (auto &Entry : DecidedTerminators)
+    for (BasicBlock *Successor : successors(Entry.first))
+      RegionSizes[Successor] = 0;
+  if (!RegionSizes.empty())
+    measureDominatedRegions(*F, *DT, RegionSizes);
+
+  unsigned DeadCode = 0;
+  for (auto &Entry : DecidedTerminators) {
+    if (auto *Branch = dyn_cast<BranchInst>(Entry.first)) {
+      DeadCode += std::max(RegionSizes[Branch->getSuccessor(0)],
+                           RegionSizes[Branch->getSuccessor(1)]);
+      continue;
+    }
+    // All cases, and what the default has more than the smallest of them; zero
+    // stands for no smallest yet, and an empty region resets it.
+    auto *Switch = cast<SwitchInst>(Entry.first);
+    unsigned Smallest = 0;
+    for (auto &Case : Switch->cases()) {
+      const unsigned Size = RegionSizes[Case.getCaseSuccessor()];
+      if (Size <= Smallest || Smallest == 0)
+        Smallest = Size;
+      DeadCode += Size;
+    }
+    const unsigned DefaultSize = RegionSizes[Switch->getDefaultDest()];
+    if (DefaultSize > Smallest && Smallest != 0)
+      DeadCode += DefaultSize - Smallest;
+  }
+
+  const unsigned Divisor = InlineRecursionProfitablityRatio == 0
+                               ? 1
+                               : 100 / InlineRecursionProfitablityRatio;
+  const unsigned Limit = NumOfInsts / Divisor;
+  const uint64_t Benefit = uint64_t(DeadCode >> 1) + SimplifiedInsts.size();
+  return Benefit > Limit;
+}
+
 bool InlineRecursion::InlineRecursionCosting::isProfitableToInline() {
   if (!IsRecursiveFunction)
     return false;
@@ -303,7 +465,23 @@ bool InlineRecursion::InlineRecursionCosting::isProfitableToInline() {
 
 bool InlineRecursion::InlineRecursionCosting::
     isProfitableToInlineInDefaultFlow() {
-  return false;
+  // Entered from exactly one place, and by nothing that is not a direct call.
+  if (!checkIfFunctionCalledOnce())
+    return false;
+
+  const auto *Estimate = cast_or_null<SCEVConstant>(estimateRecursionDepth());
+  if (!Estimate)
+    return false;
+  const auto Depth =
+      static_cast<unsigned>(Estimate->getAPInt().getRawData()[0]);
+  if (Depth > DefaultRecursionDepthThreshold)
+    return false;
+
+  if (!estimateInlineBenefitAndCheckInlineFeasiblity())
+    return false;
+
+  InlineRecursiveDepth = Depth;
+  return true;
 }
 
 void InlineRecursion::InlineRecursionCosting::printFunctionParameters() {
@@ -346,7 +524,34 @@ void InlineRecursion::InlineRecursionCosting::printFunctionParameters() {
 //
 //===----------------------------------------------------------------------===//
 
-bool InlineRecursion::isSpecializeAllowed(Function *) { return false; }
+bool InlineRecursion::isSpecializeAllowed(Function *F) {
+  if (!F->hasFnAttribute(SpecializeRequest))
+    return false;
+
+  ScalarEvolution *SE = GetSE(*F);
+  for (Instruction &I : F->getEntryBlock()) {
+    if (I.getOpcode() != Instruction::URem &&
+        I.getOpcode() != Instruction::SRem)
+      continue;
+    if (!isa<ConstantInt>(I.getOperand(1)) || !isa<Argument>(I.getOperand(0)))
+      continue;
+    const SCEV *Remainder = SE->getSCEV(&I);
+    if (!Remainder)
+      continue;
+    // The exclusive end, read as signed: the full range's, which has all bits
+    // set, falls below 1.  A wider value counts by its lowest word.
+    const APInt Upper = SE->getUnsignedRange(Remainder).getUpper();
+    const auto Bound = Upper.getBitWidth() <= 64
+                           ? Upper.getSExtValue()
+                           : static_cast<int64_t>(Upper.getRawData()[0]);
+    if (Bound < 1 || Bound > SpecialDepthLimit)
+      continue;
+    InlineRecursiveDepth = static_cast<unsigned>(Bound);
+    F->addFnAttr(SpecializeEligible);
+    return true;
+  }
+  return false;
+}
 
 /// Replaces \p Old by a plain call of \p Target, which has the type of the
 /// function that \p Old calls.  Arguments, name, uses and debug location stay;
