@@ -375,10 +375,10 @@ measureDominatedRegions(Function &F, DominatorTree &DT,
     Size = SubtreeSizes.lookup(DT.getNode(BB)) + UnreachableSize;
 }
 
-bool InlineRecursion::InlineRecursionCosting::
-    estimateInlineBenefitAndCheckInlineFeasiblity() {
+std::optional<InlineRecursion::InlineRecursionCosting::InlineBenefit>
+InlineRecursion::InlineRecursionCosting::estimateInlineBenefit() {
   if (F->arg_size() != 1)
-    return false;
+    return std::nullopt;
 
   MapVector<Instruction *, bool> SimplifiedInsts;
   MapVector<Instruction *, bool> DecidedTerminators;
@@ -421,7 +421,13 @@ bool InlineRecursion::InlineRecursionCosting::
                                : 100 / InlineRecursionProfitablityRatio;
   const unsigned Limit = NumOfInsts / Divisor;
   const uint64_t Benefit = uint64_t(DeadCode >> 1) + SimplifiedInsts.size();
-  return Benefit > Limit;
+  return InlineBenefit{Benefit, Limit};
+}
+
+bool InlineRecursion::InlineRecursionCosting::
+    estimateInlineBenefitAndCheckInlineFeasiblity() {
+  std::optional<InlineBenefit> Estimate = estimateInlineBenefit();
+  return Estimate && Estimate->Benefit > Estimate->Limit;
 }
 
 bool InlineRecursion::InlineRecursionCosting::isProfitableToInline() {

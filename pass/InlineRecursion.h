@@ -43,6 +43,7 @@
 #include "llvm/IR/PassManager.h"
 #include "llvm/Pass.h"
 #include <cstdint>
+#include <optional>
 
 namespace llvm {
 
@@ -144,6 +145,16 @@ public:
 
   /// Is every use of F a plain direct call, and exactly one of them outside F?
   bool checkIfFunctionCalledOnce();
+
+  /// What a constant argument would save, in instructions, and the size of F
+  /// that it has to exceed (a share of NumOfInsts).
+  struct InlineBenefit {
+    uint64_t Benefit;
+    unsigned Limit;
+  };
+
+  /// The benefit of a chain; none if F does not have exactly one argument.
+  std::optional<InlineBenefit> estimateInlineBenefit();
 
   /// Would enough of F fold away if its single argument were a constant?
   bool estimateInlineBenefitAndCheckInlineFeasiblity();

@@ -2,32 +2,46 @@
 
 #include "Pipeline.h"
 #include "../pass/InlineRecursion.h"
+#include "ObservedRun.h"
+#include "Printer.h"
 #include "Remarks.h"
+#include "SingleRun.h"
 #include "llvm/Passes/OptimizationLevel.h"
 #include "llvm/Passes/PassBuilder.h"
 #include "llvm/Support/WithColor.h"
-#include <mutex>
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
 
 static constexpr StringLiteral PassName = "inlinerecursion";
+static constexpr StringLiteral PrinterName = "print<inlinerecursion>";
+
+static void printWithLevel(raw_ostream &OS, StringRef Name, int Level) {
+  OS << Name;
+  if (Level)
+    OS << "<level=" << Level << ">";
+}
 
 PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
-  static std::mutex OneModuleAtATime;
-  std::lock_guard<std::mutex> Lock(OneModuleAtATime);
+  SingleRun Alone;
+  if (!areRemarksEnabled(M))
+    return InlineRecursionPass(Level).run(M, MAM);
 
-  RemarkRecorder Recorder(M);
-  PreservedAnalyses PA = InlineRecursionPass(Level).run(M, MAM);
-  Recorder.emit();
-  return PA;
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  auto EmitRemark = [](Function &F, InlineRecursion::InlineRecursionCosting *,
+                       const Verdict &V) { emitRemark(F, V); };
+  return runObserved(M, FAM, Level, EmitRemark) ? PreservedAnalyses::none()
+                                                : PreservedAnalyses::all();
 }
 
 void PluginPass::printPipeline(raw_ostream &OS,
                                function_ref<StringRef(StringRef)>) {
-  OS << PassName;
-  if (Level)
-    OS << "<level=" << Level << ">";
+  printWithLevel(OS, PassName, Level);
+}
+
+void PrinterPass::printPipeline(raw_ostream &OS,
+                                function_ref<StringRef(StringRef)>) {
+  printWithLevel(OS, PrinterName, Level);
 }
 
 Expected<int> llvm::inlinerecursion::parseLevelParameter(StringRef Params) {
@@ -48,25 +62,55 @@ Expected<int> llvm::inlinerecursion::parseLevelParameter(StringRef Params) {
   return Level;
 }
 
+namespace {
+/// One pass that the plugin offers by name: `Name` or `Name<parameters>`.
+struct NamedPass {
+  StringLiteral Name;
+  StringRef ClassName;
+  void (*Add)(ModulePassManager &MPM, int Level);
+};
+} // namespace
+
+static ArrayRef<NamedPass> getNamedPasses() {
+  static const NamedPass Passes[] = {
+      {PassName, PluginPass::name(),
+       [](ModulePassManager &MPM, int Level) {
+         MPM.addPass(PluginPass(Level));
+       }},
+      {PrinterName, PrinterPass::name(),
+       [](ModulePassManager &MPM, int Level) {
+         MPM.addPass(PrinterPass(Level));
+       }},
+  };
+  return Passes;
+}
+
 /// Adds the pass that \p Text names to \p MPM.  False if it is not ours, or
 /// not well-formed; the latter is reported, and the caller then stops.
 static bool parsePass(StringRef Text, ModulePassManager &MPM) {
-  if (!Text.consume_front(PassName))
-    return false;
-  if (!Text.empty() && !(Text.consume_front("<") && Text.consume_back(">")))
-    return false;
-  Expected<int> Level = parseLevelParameter(Text);
-  if (!Level) {
-    WithColor::error(errs(), PassName) << toString(Level.takeError()) << "\n";
-    return false;
+  for (const NamedPass &Pass : getNamedPasses()) {
+    StringRef Params = Text;
+    if (!Params.consume_front(Pass.Name))
+      continue;
+    if (!Params.empty() &&
+        !(Params.consume_front("<") && Params.consume_back(">")))
+      continue;
+    Expected<int> Level = parseLevelParameter(Params);
+    if (!Level) {
+      WithColor::error(errs(), Pass.Name)
+          << toString(Level.takeError()) << "\n";
+      return false;
+    }
+    Pass.Add(MPM, *Level);
+    return true;
   }
-  MPM.addPass(PluginPass(*Level));
-  return true;
+  return false;
 }
 
 void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
   if (PassInstrumentationCallbacks *PIC = PB.getPassInstrumentationCallbacks())
-    PIC->addClassToPassName(PluginPass::name(), PassName);
+    for (const NamedPass &Pass : getNamedPasses())
+      PIC->addClassToPassName(Pass.ClassName, Pass.Name);
 
   PB.registerPipelineParsingCallback(
       [](StringRef Name, ModulePassManager &MPM,

@@ -20,10 +20,7 @@ class PassBuilder;
 namespace inlinerecursion {
 
 /// The literal pass, made fit for a process that runs several pipelines at
-/// once, and with remarks about what it did.
-///
-/// The pass carries its depth in a process-wide option, so a lock lets one
-/// module in at a time (ThinLTO runs its backends in threads).
+/// once, and with remarks about what it decided.
 class PluginPass : public PassInfoMixin<PluginPass> {
 public:
   /// \p Level is 0 to 4; 0 leaves it to `inline-recursion-opt-level`.
@@ -39,9 +36,9 @@ private:
   int Level;
 };
 
-/// Reads the text between the angle brackets of `inlinerecursion<...>`, which
-/// may be empty: `level=N` with N from 0 to 4.  Returns the level (0 if it is
-/// not given), or an error that names what is wrong with which parameter.
+/// Reads the parameters of a pass, separated by semicolons: `level=N` with N
+/// from 0 to 4.  Returns the level (0 if it is not given), or an error that
+/// names what is wrong with which parameter.
 Expected<int> parseLevelParameter(StringRef Params);
 
 /// Registers names, parsers and extension points with \p PB.
