@@ -2,6 +2,7 @@
 
 #include "Pipeline.h"
 #include "../pass/InlineRecursion.h"
+#include "LoopHints.h"
 #include "ObservedRun.h"
 #include "Printer.h"
 #include "Remarks.h"
@@ -9,6 +10,7 @@
 #include "llvm/Passes/OptimizationLevel.h"
 #include "llvm/Passes/PassBuilder.h"
 #include "llvm/Support/WithColor.h"
+#include "llvm/Transforms/Scalar/LoopPassManager.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -125,6 +127,10 @@ void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
       MPM.addPass(PluginPass(0));
   };
   PB.registerPipelineEarlySimplificationEPCallback(AddAboveO0);
+  PB.registerLateLoopOptimizationsEPCallback(
+      [](LoopPassManager &LPM, OptimizationLevel) {
+        LPM.addPass(LoopHintsPass());
+      });
   // Full LTO has an inliner of its own, over calls between files.
   PB.registerFullLinkTimeOptimizationEarlyEPCallback(AddAboveO0);
 }
