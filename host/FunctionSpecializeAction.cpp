@@ -1,15 +1,377 @@
 //===- FunctionSpecializeAction.cpp - Constants around a ring -------------===//
+
 #include "FunctionSpecializeAction.h"
+#include "llvm/ADT/DenseMap.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SetVector.h"
+#include "llvm/ADT/SmallString.h"
+#include "llvm/IR/Constants.h"
+#include "llvm/IR/DebugInfoMetadata.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Support/CommandLine.h"
+#include "llvm/Support/raw_ostream.h"
+#include "llvm/Transforms/Utils/Cloning.h"
+#include <deque>
 
 using namespace llvm;
 
+static cl::opt<unsigned> MaxClonesPerRing(
+    "inline-recursion-max-specializations", cl::init(256), cl::Hidden,
+    cl::desc("Largest number of specialised clones made of one ring of copies "
+             "(clones)"));
+
+static cl::opt<unsigned> MaxInstsPerModule(
+    "inline-recursion-max-specialized-size", cl::init(20000), cl::Hidden,
+    cl::desc("Largest size of all specialised clones made in one module "
+             "(instructions)"));
+
+static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
+static constexpr StringLiteral CloneSuffix = ".recurse.clone";
+static constexpr StringLiteral EligibleMark =
+    "specialize-inline-recursion-function-eligible";
+
+/// Copies that call each other in a circle.
+using Ring = SetVector<Function *>;
+
+/// One entry per formal argument: the constant that stands in its place, or
+/// null where the argument is left open.
+using ArgumentTuple = SmallVector<Constant *, 4>;
+
+/// Only copies are local and carry the mark; the function that they were made
+/// of is called by nobody but itself, so it never stands in a ring of interest.
+static bool isCopy(const Function &F, bool OnlyEligible) {
+  return !F.isDeclaration() && F.hasLocalLinkage() &&
+         F.hasFnAttribute(CloneMark) &&
+         (!OnlyEligible || F.hasFnAttribute(EligibleMark));
+}
+
+/// The plain direct calls of \p Caller for which \p Wanted holds of the callee.
+template <typename PredicateT>
+static SmallVector<CallInst *, 4> findCalls(Function &Caller,
+                                            PredicateT Wanted) {
+  SmallVector<CallInst *, 4> Calls;
+  for (Instruction &I : instructions(Caller))
+    if (auto *Call = dyn_cast<CallInst>(&I))
+      if (Function *Callee = Call->getCalledFunction())
+        if (Wanted(*Callee))
+          Calls.push_back(Call);
+  return Calls;
+}
+
+/// Everything of copies that \p Entry leads to and that leads back to it; empty
+/// if it does not stand in a ring.
+static Ring findRing(Function *Entry, bool OnlyEligible) {
+  auto IsCopy = [OnlyEligible](const Function &F) {
+    return isCopy(F, OnlyEligible);
+  };
+  // Forwards by the calls in the bodies, ...
+  Ring Reached;
+  Reached.insert(Entry);
+  bool LeadsBack = false;
+  for (unsigned Next = 0; Next != Reached.size(); ++Next)
+    for (CallInst *Call : findCalls(*Reached[Next], IsCopy)) {
+      Reached.insert(Call->getCalledFunction());
+      LeadsBack |= Call->getCalledFunction() == Entry;
+    }
+  Ring Members;
+  if (!LeadsBack)
+    return Members;
+
+  // ... and backwards by the use lists, within what was reached.
+  Members.insert(Entry);
+  for (unsigned Next = 0; Next != Members.size(); ++Next) {
+    // Inserting may move the elements, not the function.
+    Function *Member = Members[Next];
+    for (User *U : Member->users()) {
+      auto *Call = dyn_cast<CallInst>(U);
+      if (Call && Call->getCalledFunction() == Member &&
+          Reached.contains(Call->getFunction()))
+        Members.insert(Call->getFunction());
+    }
+  }
+  return Members;
+}
+
+/// Are \p A and \p B the same instructions on the same operands, but for which
+/// one of \p Alike a call calls?
+static bool isSameBody(const Function &A, const Function &B,
+                       const Ring &Alike) {
+  if (A.getFunctionType() != B.getFunctionType() || A.size() != B.size() ||
+      A.getInstructionCount() != B.getInstructionCount())
+    return false;
+
+  DenseMap<const Value *, const Value *> Counterpart;
+  for (auto [ArgA, ArgB] : zip(A.args(), B.args()))
+    Counterpart[&ArgA] = &ArgB;
+  for (auto [BlockA, BlockB] : zip(A, B)) {
+    if (BlockA.size() != BlockB.size())
+      return false;
+    Counterpart[&BlockA] = &BlockB;
+    for (auto [InstA, InstB] : zip(BlockA, BlockB))
+      Counterpart[&InstA] = &InstB;
+  }
+  auto IsSameValue = [&](const Value *ValueA, const Value *ValueB) {
+    auto It = Counterpart.find(ValueA);
+    return (It != Counterpart.end() ? It->second : ValueA) == ValueB;
+  };
+
+  for (auto [InstA, InstB] : zip(instructions(A), instructions(B))) {
+    if (!InstA.isSameOperationAs(&InstB) ||
+        !InstA.hasSameSubclassOptionalData(&InstB))
+      return false;
+    const auto *CallA = dyn_cast<CallInst>(&InstA);
+    for (auto [UseA, UseB] : zip(InstA.operands(), InstB.operands())) {
+      if (IsSameValue(UseA, UseB))
+        continue;
+      auto *CalleeA = dyn_cast<Function>(UseA);
+      auto *CalleeB = dyn_cast<Function>(UseB);
+      if (!CallA || !CallA->isCallee(&UseA) || !CalleeA || !CalleeB ||
+          !Alike.contains(const_cast<Function *>(CalleeA)) ||
+          !Alike.contains(const_cast<Function *>(CalleeB)))
+        return false;
+    }
+    if (const auto *PhiA = dyn_cast<PHINode>(&InstA))
+      for (auto [InA, InB] : zip(PhiA->blocks(), cast<PHINode>(InstB).blocks()))
+        if (!IsSameValue(InA, InB))
+          return false;
+  }
+  return true;
+}
+
+/// Those of \p Members that compute the same as \p Pattern.  Two rings whose
+/// functions call each other look like one, and are told apart here.
+static Ring findAlike(Ring Members, Function *Pattern) {
+  // A body is the same only if the copies that it calls are; so start from the
+  // whole and take away until nothing changes.
+  while (true) {
+    Ring Alike;
+    for (Function *Member : Members)
+      if (isSameBody(*Pattern, *Member, Members))
+        Alike.insert(Member);
+    if (Alike.size() == Members.size())
+      return Alike;
+    Members = std::move(Alike);
+  }
+}
+
+/// May the constants of a call be put in the place of \p A?
+static bool isReplaceable(const Argument &A) {
+  // The callee owns a copy of the pointee, not the caller's object.
+  if (A.hasPassPointeeByValueCopyAttr() || A.hasInAllocaAttr())
+    return false;
+  // Held in registers by convention; their uses must be the argument itself.
+  return !A.hasSwiftErrorAttr() && !A.hasNestAttr() &&
+         !A.hasAttribute(Attribute::SwiftSelf) &&
+         !A.hasAttribute(Attribute::SwiftAsync);
+}
+
+/// What \p Call passes to \p Callee.
+static ArgumentTuple getConstantArguments(const CallInst &Call,
+                                          const Function &Callee) {
+  ArgumentTuple Tuple;
+  for (const Argument &A : Callee.args()) {
+    auto *C = dyn_cast<Constant>(Call.getArgOperand(A.getArgNo()));
+    // Undefined values differ from use to use, and so do the addresses of
+    // thread-local variables from thread to thread.
+    if (C && (!isReplaceable(A) || C->containsUndefOrPoisonElement() ||
+              C->isThreadDependent()))
+      C = nullptr;
+    Tuple.push_back(C);
+  }
+  return Tuple;
+}
+
+static bool hasConstant(const ArgumentTuple &Tuple) {
+  return any_of(Tuple, [](Constant *C) { return C != nullptr; });
+}
+
+/// May \p F be cloned with other values in the place of its arguments?
+static bool isSpecializable(const Function &F) {
+  for (const BasicBlock &BB : F) {
+    // A clone's own blocks would be reached through the addresses of F's.
+    if (BB.hasAddressTaken())
+      return false;
+    for (const Instruction &I : BB)
+      if (auto *Call = dyn_cast<CallBase>(&I))
+        if (Call->cannotDuplicate())
+          return false;
+  }
+  return true;
+}
+
 std::map<Function *, std::set<CallInst *>>
-FunctionSpecializeAction::selectCI(Module &, bool) {
-  return {};
+FunctionSpecializeAction::selectCI(Module &M, bool OnlyEligible) {
+  std::map<Function *, std::set<CallInst *>> Selected;
+  for (Function &F : M) {
+    if (!isCopy(F, OnlyEligible))
+      continue;
+    const Ring Members = findRing(&F, OnlyEligible);
+    if (Members.empty())
+      continue;
+    for (User *U : F.users()) {
+      auto *Call = dyn_cast<CallInst>(U);
+      if (Call && Call->getCalledFunction() == &F &&
+          !Members.contains(Call->getFunction()) &&
+          hasConstant(getConstantArguments(*Call, F)))
+        Selected[&F].insert(Call);
+    }
+  }
+  return Selected;
+}
+
+namespace {
+
+/// Specialises the calls into one ring.
+class RingSpecializer {
+public:
+  /// \p SizeLeft is what the module's budget still holds, in instructions.
+  RingSpecializer(Function *Entry, const std::set<CallInst *> &Excluded,
+                  unsigned &SizeLeft)
+      : Members(findAlike(findRing(Entry, /*OnlyEligible=*/false), Entry)),
+        Pattern(Entry), Excluded(Excluded), SizeLeft(SizeLeft) {}
+
+  /// Redirects \p Calls, which enter the ring, and all that follows from them.
+  /// Returns true if any call was redirected.
+  bool run(const SetVector<CallInst *> &Calls);
+
+private:
+  /// The specialisation for \p Tuple, made on first request; null if a budget
+  /// is spent.
+  Function *getSpecialization(const ArgumentTuple &Tuple);
+
+  Function *clonePattern(const ArgumentTuple &Tuple);
+
+  /// The copies of the ring; all of them compute the same.
+  const Ring Members;
+  /// The copy that all specialisations are made of.
+  Function *const Pattern;
+  const std::set<CallInst *> &Excluded;
+  unsigned &SizeLeft;
+  std::map<ArgumentTuple, Function *> Specializations;
+  /// In the order in which the recursion gets there, so that what a budget cuts
+  /// off are the deepest activations of the widest search.
+  std::deque<CallInst *> Worklist;
+};
+
+} // namespace
+
+/// The name of the original function, ".specialized" and the constants that
+/// have a short name.
+static SmallString<64> getCloneName(const Function &Pattern,
+                                    const ArgumentTuple &Tuple) {
+  SmallString<64> Name = Pattern.getName();
+  const size_t Suffix = Name.str().rfind(CloneSuffix);
+  if (Suffix != StringRef::npos)
+    Name.truncate(Suffix);
+  raw_svector_ostream OS(Name);
+  OS << ".specialized";
+  for (const Constant *C : Tuple) {
+    OS << ".";
+    if (const auto *I = dyn_cast_or_null<ConstantInt>(C))
+      I->getValue().print(OS, /*isSigned=*/true);
+    else if (const auto *G = dyn_cast_or_null<GlobalValue>(C))
+      OS << G->getName();
+    else
+      OS << (C ? "c" : "_");
+  }
+  return Name;
+}
+
+Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
+  // Two functions must not share one DISubprogram, and the pruning clone does
+  // not make a new one as CloneFunction does: go through a plain copy, which
+  // leaves its debug information behind.
+  Function *Source = Pattern;
+  if (Pattern->getSubprogram()) {
+    ValueToValueMapTy VMap;
+    Source = CloneFunction(Pattern, VMap);
+  }
+
+  Function *Clone =
+      Function::Create(Pattern->getFunctionType(), GlobalValue::InternalLinkage,
+                       Pattern->getAddressSpace(),
+                       getCloneName(*Pattern, Tuple), Pattern->getParent());
+  Clone->copyAttributesFrom(Pattern);
+  Clone->copyMetadata(Source, 0);
+  // Neither a link of the ring any more nor bound to its inlining: what pays
+  // depends on how much of a clone is left, which the inliner can see.
+  Clone->removeFnAttr(EligibleMark);
+  Clone->removeFnAttr(Attribute::AlwaysInline);
+  Clone->removeFnAttr(Attribute::NoInline);
+
+  ValueToValueMapTy VMap;
+  for (auto [Formal, New, C] : zip(Source->args(), Clone->args(), Tuple)) {
+    New.setName(Formal.getName());
+    VMap[&Formal] = C ? static_cast<Value *>(C) : &New;
+  }
+  SmallVector<ReturnInst *, 4> Returns;
+  CloneAndPruneFunctionInto(Clone, Source, VMap, /*ModuleLevelChanges=*/false,
+                            Returns);
+  if (Source != Pattern)
+    Source->eraseFromParent();
+  return Clone;
+}
+
+Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
+  auto [Entry, Inserted] = Specializations.try_emplace(Tuple, nullptr);
+  if (!Inserted)
+    return Entry->second;
+  // Whether the next clone fits is decided before it is known how much of it
+  // folds away.
+  if (Specializations.size() > MaxClonesPerRing ||
+      Pattern->getInstructionCount() > SizeLeft)
+    return nullptr;
+
+  Function *Clone = clonePattern(Tuple);
+  SizeLeft -= std::min(SizeLeft, Clone->getInstructionCount());
+  Entry->second = Clone;
+  for (CallInst *Call : findCalls(*Clone, [this](Function &Callee) {
+         return Members.contains(&Callee);
+       }))
+    Worklist.push_back(Call);
+  return Clone;
+}
+
+bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
+  if (!isSpecializable(*Pattern))
+    return false;
+  bool Changed = false;
+  Worklist.assign(Calls.begin(), Calls.end());
+  while (!Worklist.empty()) {
+    CallInst *Call = Worklist.front();
+    Worklist.pop_front();
+    if (Excluded.count(Call))
+      continue;
+    const ArgumentTuple Tuple = getConstantArguments(*Call, *Pattern);
+    if (!hasConstant(Tuple))
+      continue;
+    if (Function *Clone = getSpecialization(Tuple)) {
+      Call->setCalledFunction(Clone);
+      Changed = true;
+    }
+  }
+  return Changed;
 }
 
 bool FunctionSpecializeAction::transform(
-    Module &, std::map<Function *, std::set<CallInst *>> &,
-    const std::set<CallInst *> &) {
-  return false;
+    Module &M, std::map<Function *, std::set<CallInst *>> &Selected,
+    const std::set<CallInst *> &Excluded) {
+  bool Changed = false;
+  unsigned SizeLeft = MaxInstsPerModule;
+  // The map and its sets are ordered by address; the module's order gives the
+  // same result on every machine.
+  for (Function &F : M) {
+    auto CallsOfF = Selected.find(&F);
+    if (CallsOfF == Selected.end())
+      continue;
+    SetVector<CallInst *> Calls;
+    for (User *U : F.users())
+      if (auto *Call = dyn_cast<CallInst>(U))
+        if (CallsOfF->second.count(Call))
+          Calls.insert(Call);
+    Changed |= RingSpecializer(&F, Excluded, SizeLeft).run(Calls);
+  }
+  return Changed;
 }

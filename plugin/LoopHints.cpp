@@ -1,36 +1,163 @@
-//===- LoopHints.cpp - Unrolling of loops around chained calls ------------===//
+//===- LoopHints.cpp - Help for loops around chained calls ----------------===//
 
 #include "LoopHints.h"
+#include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/ScalarEvolution.h"
-#include "llvm/IR/Function.h"
+#include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
 #include "llvm/Transforms/Utils/LoopUtils.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
 
-// Prototype values; see the sweep.
 static cl::opt<unsigned> UnrollLimit(
-    "inlinerecursion-unroll-limit", cl::init(1000), cl::Hidden,
+    "inlinerecursion-unroll-limit", cl::init(2000), cl::Hidden,
     cl::desc("Largest size, in instructions, to which a loop of constant trip "
-             "count in a copy of a recursive function is unrolled"));
+             "count in a copy of a recursive function is unrolled; 0 leaves "
+             "unrolling to the compiler"));
+
+static cl::opt<bool> CutRecurrences(
+    "inlinerecursion-cut-recurrences", cl::init(true), cl::Hidden,
+    cl::desc("Keep loop strength reduction from values that span several loops "
+             "of a flattened recursion"));
+
+// On the function and its copies, set by the pass.
+static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
+// On the loops around links.
+static constexpr char ChainLoopMark[] = "llvm.loop.inlinerecursion.chain";
+
+/// Is \p L, or was it before inlining, a loop around a link of a chain?
+static bool isChainLoop(const Loop &L) {
+  return findStringMetadataForLoop(&L, ChainLoopMark).has_value();
+}
+
+PreservedAnalyses ChainLoopsPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  for (Function &F : M) {
+    if (F.isDeclaration() || !F.hasFnAttribute(CloneMark))
+      continue;
+    auto IsLink = [](const Instruction &I) {
+      const auto *Call = dyn_cast<CallInst>(&I);
+      const Function *Callee = Call ? Call->getCalledFunction() : nullptr;
+      return Callee && Callee->hasFnAttribute(CloneMark);
+    };
+    const LoopInfo &LI = FAM.getResult<LoopAnalysis>(F);
+    for (BasicBlock &BB : F)
+      for (Loop *L = any_of(BB, IsLink) ? LI.getLoopFor(&BB) : nullptr;
+           L && !isChainLoop(*L); L = L->getParentLoop())
+        addStringMetadataToLoop(L, ChainLoopMark, 1);
+  }
+  return PreservedAnalyses::all();
+}
+
+/// The size of \p L after full unrolling, in instructions.
+static uint64_t getUnrolledSize(const Loop &L, unsigned TripCount) {
+  uint64_t Size = 0;
+  for (const BasicBlock *BB : L.blocks())
+    Size += BB->sizeWithoutDebug();
+  return Size * TripCount;
+}
 
 PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
                                      LoopStandardAnalysisResults &AR,
                                      LPMUpdater &) {
-  if (!L.getHeader()->getParent()->hasFnAttribute("llvm.recurse.clone"))
+  // Inner loops come first, and are gone by now if they were unrolled.
+  // Multiplying those that are left does not pay.
+  if (!L.isInnermost())
     return PreservedAnalyses::all();
+
   const unsigned TripCount = AR.SE.getSmallConstantTripCount(&L);
-  if (TripCount < 2)
+  if (TripCount < 2) {
+    if (isChainLoop(L) &&
+        !findStringMetadataForLoop(&L, "llvm.loop.vectorize.enable"))
+      addStringMetadataToLoop(&L, "llvm.loop.vectorize.enable", 0);
     return PreservedAnalyses::all();
-  unsigned Size = 0;
-  for (BasicBlock *BB : L.blocks())
-    Size += BB->sizeWithoutDebug();
-  if (uint64_t(Size) * TripCount > UnrollLimit)
-    return PreservedAnalyses::all();
-  if (!getBooleanLoopAttribute(&L, "llvm.loop.unroll.full") &&
-      !getBooleanLoopAttribute(&L, "llvm.loop.unroll.disable"))
+  }
+
+  if (L.getHeader()->getParent()->hasFnAttribute(CloneMark) &&
+      getUnrolledSize(L, TripCount) <= UnrollLimit &&
+      !hasUnrollTransformation(&L))
     addStringMetadataToLoop(&L, "llvm.loop.unroll.full", 1);
   return PreservedAnalyses::all();
+}
+
+/// Freezes \p I at \p InsertBefore and hands all users but the new instruction
+/// the frozen value.
+static void freezeBefore(Instruction *I, Instruction *InsertBefore) {
+  auto *Frozen = new FreezeInst(I, I->getName() + ".cut", InsertBefore);
+  I->replaceUsesWithIf(Frozen,
+                       [Frozen](const Use &U) { return U.getUser() != Frozen; });
+}
+
+/// Does \p I feed more arithmetic, rather than addresses only?
+static bool feedsArithmetic(const Instruction &I) {
+  return any_of(I.users(), [](const User *U) {
+    return isa<BinaryOperator, ICmpInst>(U);
+  });
+}
+
+/// Cuts what comes into \p L from \p Outer, the loop around it.
+static bool cutRecurrences(Loop &L, const Loop &Outer, ScalarEvolution &SE) {
+  BasicBlock *Preheader = L.getLoopPreheader();
+  if (!Preheader)
+    return false;
+  auto ComesFromOuter = [&](const Value *V) {
+    const auto *I = dyn_cast<Instruction>(V);
+    return I && !L.contains(I) && Outer.contains(I);
+  };
+  auto IsRecurrence = [&](Value *V) {
+    const auto *Recurrence = dyn_cast<SCEVAddRecExpr>(SE.getSCEV(V));
+    return Recurrence && Recurrence->getLoop() == &L;
+  };
+
+  // An index that begins where the outer loop's index stands.
+  bool Changed = false;
+  for (PHINode &Phi : L.getHeader()->phis()) {
+    Value *Start = Phi.getIncomingValueForBlock(Preheader);
+    if (!Phi.getType()->isIntegerTy() || !ComesFromOuter(Start) ||
+        isa<FreezeInst>(Start) || !IsRecurrence(&Phi))
+      continue;
+    auto *Frozen = new FreezeInst(Start, Start->getName() + ".cut",
+                                  Preheader->getTerminator());
+    Phi.setIncomingValueForBlock(Preheader, Frozen);
+    Changed = true;
+  }
+
+  // A sum of an inner and an outer one.
+  SmallVector<Instruction *, 8> Sums;
+  for (BasicBlock *BB : L.blocks())
+    for (Instruction &I : *BB)
+      if ((I.getOpcode() == Instruction::Add ||
+           I.getOpcode() == Instruction::Sub) &&
+          I.getType()->isIntegerTy() && any_of(I.operands(), ComesFromOuter) &&
+          any_of(I.operands(), IsRecurrence) && feedsArithmetic(I))
+        Sums.push_back(&I);
+  for (Instruction *Sum : Sums)
+    freezeBefore(Sum, Sum->getNextNode());
+  return Changed || !Sums.empty();
+}
+
+PreservedAnalyses CutRecurrencesPass::run(Function &F,
+                                          FunctionAnalysisManager &FAM) {
+  if (!CutRecurrences)
+    return PreservedAnalyses::all();
+  const LoopInfo &LI = FAM.getResult<LoopAnalysis>(F);
+  ScalarEvolution *SE = nullptr;
+  bool Changed = false;
+  for (Loop *L : LI.getLoopsInPreorder()) {
+    const Loop *Outer = L->getParentLoop();
+    if (!Outer || !isChainLoop(*L) || !isChainLoop(*Outer))
+      continue;
+    if (!SE)
+      SE = &FAM.getResult<ScalarEvolutionAnalysis>(F);
+    Changed |= cutRecurrences(*L, *Outer, *SE);
+  }
+  if (!Changed)
+    return PreservedAnalyses::all();
+  PreservedAnalyses PA;
+  PA.preserveSet<CFGAnalyses>();
+  return PA;
 }

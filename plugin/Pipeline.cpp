@@ -6,6 +6,7 @@
 #include "ObservedRun.h"
 #include "Printer.h"
 #include "Remarks.h"
+#include "Requests.h"
 #include "SingleRun.h"
 #include "llvm/Passes/OptimizationLevel.h"
 #include "llvm/Passes/PassBuilder.h"
@@ -17,6 +18,9 @@ using namespace llvm::inlinerecursion;
 
 static constexpr StringLiteral PassName = "inlinerecursion";
 static constexpr StringLiteral PrinterName = "print<inlinerecursion>";
+static constexpr StringLiteral RequestsName = "inlinerecursion-requests";
+static constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
+static constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";
 
 static void printWithLevel(raw_ostream &OS, StringRef Name, int Level) {
   OS << Name;
@@ -46,49 +50,93 @@ void PrinterPass::printPipeline(raw_ostream &OS,
   printWithLevel(OS, PrinterName, Level);
 }
 
-Expected<int> llvm::inlinerecursion::parseLevelParameter(StringRef Params) {
-  int Level = 0;
-  while (!Params.empty()) {
-    StringRef Param;
-    std::tie(Param, Params) = Params.split(';');
-    StringRef Value = Param;
-    if (!Value.consume_front("level="))
-      return createStringError(inconvertibleErrorCode(),
-                               "unknown parameter '" + Param +
-                                   "'; the one parameter is level=N");
-    if (Value.getAsInteger(10, Level) || Level < 0 || Level > 4)
-      return createStringError(inconvertibleErrorCode(),
-                               "invalid level in parameter '" + Param +
-                                   "'; a level is a number from 0 to 4");
+void RequestsPass::printPipeline(raw_ostream &OS,
+                                 function_ref<StringRef(StringRef)>) {
+  OS << RequestsName << "<" << (FindRequests ? "" : "no-") << "find-requests>";
+}
+
+PassParameters::PassParameters() : FindRequests(isFindingRequestsEnabled()) {}
+
+static Error makeParameterError(const Twine &Message) {
+  return createStringError(inconvertibleErrorCode(), Message);
+}
+
+Expected<PassParameters>
+llvm::inlinerecursion::parsePassParameters(StringRef Text,
+                                           AcceptedParameters Accepted) {
+  PassParameters Parameters;
+  while (!Text.empty()) {
+    StringRef Parameter;
+    std::tie(Parameter, Text) = Text.split(';');
+    StringRef Value = Parameter;
+    if (Accepted.Level && Value.consume_front("level=")) {
+      if (Value.getAsInteger(10, Parameters.Level) || Parameters.Level < 0 ||
+          Parameters.Level > 4)
+        return makeParameterError("invalid level in parameter '" + Parameter +
+                                  "'; a level is a number from 0 to 4");
+    } else if (Accepted.FindRequests && Parameter == "find-requests") {
+      Parameters.FindRequests = true;
+    } else if (Accepted.FindRequests && Parameter == "no-find-requests") {
+      Parameters.FindRequests = false;
+    } else {
+      std::string Known;
+      if (Accepted.Level)
+        Known += " level=N";
+      if (Accepted.FindRequests)
+        Known += " find-requests no-find-requests";
+      return makeParameterError(
+          "unknown parameter '" + Parameter +
+          "'; known:" + (Known.empty() ? " none" : Known));
+    }
   }
-  return Level;
+  return Parameters;
+}
+
+/// The whole way of a module through the plugin.
+static void addPipeline(ModulePassManager &MPM,
+                        const PassParameters &Parameters) {
+  MPM.addPass(RequestsPass(Parameters.FindRequests));
+  MPM.addPass(PluginPass(Parameters.Level));
 }
 
 namespace {
-/// One pass that the plugin offers by name: `Name` or `Name<parameters>`.
+/// What the plugin offers by name: `Name` or `Name<parameters>`.
 struct NamedPass {
   StringLiteral Name;
+  /// Empty for a name that stands for several passes.
   StringRef ClassName;
-  void (*Add)(ModulePassManager &MPM, int Level);
+  AcceptedParameters Accepted;
+  void (*Add)(ModulePassManager &MPM, const PassParameters &Parameters);
 };
 } // namespace
 
 static ArrayRef<NamedPass> getNamedPasses() {
   static const NamedPass Passes[] = {
-      {PassName, PluginPass::name(),
-       [](ModulePassManager &MPM, int Level) {
-         MPM.addPass(PluginPass(Level));
+      {PassName,
+       PluginPass::name(),
+       {/*Level=*/true, /*FindRequests=*/false},
+       [](ModulePassManager &MPM, const PassParameters &Parameters) {
+         MPM.addPass(PluginPass(Parameters.Level));
        }},
-      {PrinterName, PrinterPass::name(),
-       [](ModulePassManager &MPM, int Level) {
-         MPM.addPass(PrinterPass(Level));
+      {PrinterName,
+       PrinterPass::name(),
+       {/*Level=*/true, /*FindRequests=*/false},
+       [](ModulePassManager &MPM, const PassParameters &Parameters) {
+         MPM.addPass(PrinterPass(Parameters.Level));
        }},
+      {RequestsName,
+       RequestsPass::name(),
+       {/*Level=*/false, /*FindRequests=*/true},
+       [](ModulePassManager &MPM, const PassParameters &Parameters) {
+         MPM.addPass(RequestsPass(Parameters.FindRequests));
+       }},
+      {PipelineName, "", {/*Level=*/true, /*FindRequests=*/true}, addPipeline},
   };
   return Passes;
 }
 
-/// Adds the pass that \p Text names to \p MPM.  False if it is not ours, or
-/// not well-formed; the latter is reported, and the caller then stops.
+/// Adds what \p Text names to \p MPM.  False if it is not ours, or not
+/// well-formed; the latter is reported, and the caller then stops.
 static bool parsePass(StringRef Text, ModulePassManager &MPM) {
   for (const NamedPass &Pass : getNamedPasses()) {
     StringRef Params = Text;
@@ -97,39 +145,59 @@ static bool parsePass(StringRef Text, ModulePassManager &MPM) {
     if (!Params.empty() &&
         !(Params.consume_front("<") && Params.consume_back(">")))
       continue;
-    Expected<int> Level = parseLevelParameter(Params);
-    if (!Level) {
+    Expected<PassParameters> Parameters =
+        parsePassParameters(Params, Pass.Accepted);
+    if (!Parameters) {
       WithColor::error(errs(), Pass.Name)
-          << toString(Level.takeError()) << "\n";
+          << toString(Parameters.takeError()) << "\n";
       return false;
     }
-    Pass.Add(MPM, *Level);
+    Pass.Add(MPM, *Parameters);
     return true;
   }
   return false;
 }
 
 void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
-  if (PassInstrumentationCallbacks *PIC = PB.getPassInstrumentationCallbacks())
+  if (PassInstrumentationCallbacks *PIC =
+          PB.getPassInstrumentationCallbacks()) {
     for (const NamedPass &Pass : getNamedPasses())
-      PIC->addClassToPassName(Pass.ClassName, Pass.Name);
+      if (!Pass.ClassName.empty())
+        PIC->addClassToPassName(Pass.ClassName, Pass.Name);
+    PIC->addClassToPassName(LoopHintsPass::name(), LoopHintsName);
+  }
 
   PB.registerPipelineParsingCallback(
       [](StringRef Name, ModulePassManager &MPM,
          ArrayRef<PassBuilder::PipelineElement>) {
         return parsePass(Name, MPM);
       });
+  PB.registerPipelineParsingCallback(
+      [](StringRef Name, LoopPassManager &LPM,
+         ArrayRef<PassBuilder::PipelineElement>) {
+        if (Name != LoopHintsName)
+          return false;
+        LPM.addPass(LoopHintsPass());
+        return true;
+      });
 
   // After SROA, so that the counts describe SSA form, and directly before the
   // inliner.  Nothing at O0, where the user wants to see his functions.
   auto AddAboveO0 = [](ModulePassManager &MPM, OptimizationLevel Level) {
-    if (Level != OptimizationLevel::O0)
-      MPM.addPass(PluginPass(0));
+    if (Level == OptimizationLevel::O0)
+      return;
+    addPipeline(MPM, PassParameters());
+    MPM.addPass(ChainLoopsPass());
   };
   PB.registerPipelineEarlySimplificationEPCallback(AddAboveO0);
   PB.registerLateLoopOptimizationsEPCallback(
       [](LoopPassManager &LPM, OptimizationLevel) {
         LPM.addPass(LoopHintsPass());
+      });
+  PB.registerOptimizerLastEPCallback(
+      [](ModulePassManager &MPM, OptimizationLevel Level) {
+        if (Level != OptimizationLevel::O0)
+          MPM.addPass(createModuleToFunctionPassAdaptor(CutRecurrencesPass()));
       });
   // Full LTO has an inliner of its own, over calls between files.
   PB.registerFullLinkTimeOptimizationEarlyEPCallback(AddAboveO0);

@@ -36,10 +36,27 @@ private:
   int Level;
 };
 
-/// Reads the parameters of a pass, separated by semicolons: `level=N` with N
-/// from 0 to 4.  Returns the level (0 if it is not given), or an error that
-/// names what is wrong with which parameter.
-Expected<int> parseLevelParameter(StringRef Params);
+/// What can stand between the angle brackets behind a pass's name.
+struct PassParameters {
+  /// `level=N`, 0 to 4; 0 leaves it to `inline-recursion-opt-level`.
+  int Level = 0;
+  /// `find-requests` or `no-find-requests`; without either, the option
+  /// `inlinerecursion-find-requests` decides.
+  bool FindRequests;
+
+  PassParameters();
+};
+
+/// Which of them a pass takes.
+struct AcceptedParameters {
+  bool Level;
+  bool FindRequests;
+};
+
+/// Reads \p Text, parameters separated by semicolons.  Returns an error that
+/// names the parameter if one is unknown, malformed or not \p Accepted.
+Expected<PassParameters> parsePassParameters(StringRef Text,
+                                             AcceptedParameters Accepted);
 
 /// Registers names, parsers and extension points with \p PB.
 void registerPipeline(PassBuilder &PB);

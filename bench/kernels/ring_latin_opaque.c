@@ -1,0 +1,10 @@
+// class: ring
+//
+// Counts Latin squares of order five; the argument is the cell, remainder by
+// five. Here as the smallest ring that is no power of two.
+// The recursion starts at a value read at run time.
+
+#define RING_OPAQUE_START
+
+#define NAME RING_NAME("latin")
+#include "ring_latin.h"

@@ -1,0 +1,11 @@
+// class: ring
+//
+// A state machine by recursion; the argument counts the steps down, its
+// remainder by seven is the state. Here for a switch on the remainder, which
+// every copy of the ring replaces by one case. The recursion starts at a value
+// read at run time.
+
+#define RING_OPAQUE_START
+
+#define NAME RING_NAME("machine")
+#include "ring_machine.h"

@@ -1,0 +1,16 @@
+// class: ring
+//
+// Completes a puzzle of 8 x 8 cells with boxes of 4 x 2; the remainder is a
+// mask with seven. Here because nothing but constants are gained: the remainder
+// itself is free. The recursion starts at a value read at run time.
+
+#define RING_OPAQUE_START
+
+#define NAME RING_NAME("puzzle8")
+#define INDEX unsigned
+#define SIDE 8
+#define BOX_WIDTH 4
+#define BOX_HEIGHT 2
+#define EMPTY_PERCENT 54
+#define REPEATS 5000
+#include "ring_puzzle.h"

@@ -1,0 +1,15 @@
+// class: ring
+//
+// Completes a puzzle of 9 x 9 cells; the argument is the cell, remainders by
+// nine and three. Here because a remainder by nine costs a multiplication, and
+// with nine copies it, the box and the column's mask are constants.
+// The recursion starts at a constant.
+
+#define NAME RING_NAME("puzzle9")
+#define INDEX int
+#define SIDE 9
+#define BOX_WIDTH 3
+#define BOX_HEIGHT 3
+#define EMPTY_PERCENT 50
+#define REPEATS 1800
+#include "ring_puzzle.h"

@@ -1,0 +1,42 @@
+// class: unbounded
+//
+// Counts the subsets of twenty items with a given sum; item and rest are the
+// arguments, and a rest below zero ends a branch. Here as the two-argument
+// counterpart of the bounded subset kernel.
+//
+// Reference: the number of subsets for every sum, added item by item.
+
+#include "kernel.h"
+
+enum { Cases = 16, Items = 20, Largest = 256 };
+
+static int Weights[Items];
+static int Target;
+
+static uint32_t count(int Item, int Rest) {
+  if (Rest == 0)
+    return 1;
+  if (Rest < 0 || Item == Items)
+    return 0;
+  return count(Item + 1, Rest - Weights[Item]) + count(Item + 1, Rest);
+}
+
+int main(int Argc, char **Argv) {
+  long Repeats = kernelRepeats(Argc, Argv, 12000);
+  uint64_t Sum = 0, Expected = 0;
+  for (int I = 0; I < Items; ++I)
+    Weights[I] = 3 + I * 7 % 19;
+  for (long R = 0; R < Repeats; ++R) {
+    Target = 30 + 2 * (int)(R % Cases);
+    kernelClobber(&Target);
+    Sum += count(0, Target);
+  }
+
+  uint64_t Ways[Largest] = {1};
+  for (int I = 0; I < Items; ++I)
+    for (int S = Largest - 1; S >= Weights[I]; --S)
+      Ways[S] += Ways[S - Weights[I]];
+  for (long Case = 0; Case < Cases; ++Case)
+    Expected += kernelShare(Repeats, Cases, Case) * Ways[30 + 2 * Case];
+  return kernelReport("subsetsum", Repeats, Sum, Expected);
+}

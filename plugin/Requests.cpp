@@ -1,0 +1,98 @@
+//===- Requests.cpp - Who asks for a ring ---------------------------------===//
+
+#include "Requests.h"
+#include "../pass/InlineRecursion.h"
+#include "SingleRun.h"
+#include "Verdict.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/IR/Constants.h"
+#include "llvm/IR/Dominators.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Support/CommandLine.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+static cl::opt<bool> FindRequestsOption(
+    "inlinerecursion-find-requests", cl::init(false), cl::Hidden,
+    cl::desc("Build rings of copies also for recursive functions that do not "
+             "ask for it but would be accepted"));
+
+static constexpr StringLiteral Request = "specialize-inline-recursion-function";
+static constexpr StringLiteral Eligible =
+    "specialize-inline-recursion-function-eligible";
+
+bool llvm::inlinerecursion::isFindingRequestsEnabled() {
+  return FindRequestsOption;
+}
+
+/// The text of the annotation string that \p C points to; empty if it is
+/// something else.
+static StringRef getAnnotationText(const Constant *C) {
+  const auto *String = dyn_cast<GlobalVariable>(C->stripPointerCasts());
+  if (!String || !String->hasInitializer())
+    return {};
+  const auto *Text = dyn_cast<ConstantDataArray>(String->getInitializer());
+  return Text && Text->isCString() ? Text->getAsCString() : StringRef();
+}
+
+/// Follows the annotations that clang records, { value, text, file, line, ... }
+/// each.
+static void markAnnotated(Module &M) {
+  const GlobalVariable *Annotations =
+      M.getGlobalVariable("llvm.global.annotations");
+  if (!Annotations || !Annotations->hasInitializer())
+    return;
+  const auto *Entries = dyn_cast<ConstantArray>(Annotations->getInitializer());
+  if (!Entries)
+    return;
+
+  for (const Use &Operand : Entries->operands()) {
+    const auto *Entry = dyn_cast<ConstantStruct>(Operand);
+    if (!Entry || Entry->getNumOperands() < 2 ||
+        getAnnotationText(Entry->getOperand(1)) != Request)
+      continue;
+    auto *F = dyn_cast<Function>(Entry->getOperand(0)->stripPointerCasts());
+    if (F)
+      F->addFnAttr(Request);
+  }
+}
+
+/// Asks the gate itself about every directly recursive function.
+static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
+  SingleRun Alone;
+  auto GetSE = [&FAM](Function &F) {
+    return &FAM.getResult<ScalarEvolutionAnalysis>(F);
+  };
+  auto GetDT = [&FAM](Function &F) {
+    return &FAM.getResult<DominatorTreeAnalysis>(F);
+  };
+  InlineRecursion Driver;
+  Driver.SpecializeSeen = false;
+  Driver.SpecialDepthLimit = getPassOption("special-inline-recursion-depth");
+  Driver.OptLevel = 0;
+  Driver.CloneCount = 0;
+  Driver.GetSE = GetSE;
+  Driver.GetDT = GetDT;
+
+  for (Function &F : M) {
+    if (!Driver.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
+        !isDirectlyRecursive(F))
+      continue;
+    F.addFnAttr(Request);
+    // The gate marks what it accepts; that is for the pass to say.
+    if (Driver.isSpecializeAllowed(&F))
+      F.removeFnAttr(Eligible);
+    else
+      F.removeFnAttr(Request);
+  }
+}
+
+PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  markAnnotated(M);
+  if (FindRequests)
+    markAcceptable(
+        M, MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager());
+  // No analysis reads these attributes.
+  return PreservedAnalyses::all();
+}

@@ -1,0 +1,45 @@
+//===- Requests.h - Who asks for a ring -------------------------*- C++ -*-===//
+//
+/// \file
+/// The first pass of the plugin's way: turns requests for a ring into the
+/// function attribute "specialize-inline-recursion-function" that the pass
+/// looks for.
+///
+/// A request in the source is an annotation of the same text, which clang
+/// records in the global `llvm.global.annotations`; the record stays as it is.
+/// Requests can also be found: directly recursive functions that the pass would
+/// accept if they asked.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_REQUESTS_H
+#define INLINERECURSION_PLUGIN_REQUESTS_H
+
+#include "llvm/IR/PassManager.h"
+
+namespace llvm {
+namespace inlinerecursion {
+
+/// Is `inlinerecursion-find-requests` given on the command line?
+bool isFindingRequestsEnabled();
+
+/// Marks the functions of a module that ask for a ring.  Changes nothing but
+/// function attributes.
+class RequestsPass : public PassInfoMixin<RequestsPass> {
+public:
+  /// With \p FindRequests, functions that would be accepted need not ask.
+  explicit RequestsPass(bool FindRequests) : FindRequests(FindRequests) {}
+
+  PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);
+  void printPipeline(raw_ostream &OS,
+                     function_ref<StringRef(StringRef)> MapClassName);
+  static StringRef name() { return "InlineRecursionRequestsPass"; }
+
+private:
+  bool FindRequests;
+};
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_REQUESTS_H

@@ -1,0 +1,66 @@
+"""Configuration of the tests that run the plugin inside opt and clang.
+
+Every tool is named by its full path: what is tested is the plugin in the LLVM
+it was built for, whatever the path of the caller holds.
+
+A test directory needs no registration anywhere; CMake finds the directories
+that hold tests. Helpers shared by several of them live in tools/, inputs of a
+single directory in its Inputs/.
+"""
+
+import os
+import subprocess
+
+import lit.formats
+
+config.name = "InlineRecursion"
+config.test_format = lit.formats.ShTest(execute_external=False)
+config.test_source_root = os.path.dirname(os.path.abspath(__file__))
+config.excludes = ["Inputs", "tools"]
+
+
+def llvm_tool(name):
+    return os.path.join(config.llvm_tools_dir, name)
+
+
+plugin = config.plugin
+opt = llvm_tool("opt")
+tools = os.path.join(config.test_source_root, "tools")
+python = config.python
+
+# opt only warns about a plugin that it cannot load and goes on without, and then
+# a test that expects "nothing happens" would pass.
+loads = subprocess.run(
+    [opt, f"-load-pass-plugin={plugin}", "-passes=inlinerecursion",
+     "-disable-output", os.devnull],
+    capture_output=True, text=True)
+if loads.returncode != 0:
+    lit_config.fatal(f"{opt} cannot load {plugin}: build the project first\n"
+                     f"{loads.stderr}")
+
+# They are replaced one after the other, each wherever its name stands, so a name
+# that another one starts with comes after it.
+config.substitutions += [
+    ("%plugin", plugin),
+    # The pass under the new and under the legacy pass manager.
+    ("%opt", f"{opt} -load-pass-plugin={plugin} -verify-each"),
+    ("%legacy_opt",
+     f"{opt} -load {plugin} -enable-new-pm=0 -verify-each"),
+    # -load comes on top of -fpass-plugin so that -mllvm knows the options.
+    ("%clang_with_pass",
+     f"{llvm_tool('clang')} -fpass-plugin={plugin} -Xclang -load -Xclang"
+     f" {plugin}"),
+    ("%clangxx", llvm_tool("clang++")),
+    ("%clang", llvm_tool("clang")),
+    ("%lld", llvm_tool("ld.lld")),
+    ("%python", python),
+    # IR functions with exact counts; see the docstrings of the two scripts.
+    ("%bulk", f"{python} {os.path.join(tools, 'bulk.py')}"),
+    # Programs that must do the same with and without the plugin.
+    ("%compare",
+     f"{python} {os.path.join(tools, 'compare.py')}"
+     f" --bin {config.llvm_tools_dir} --plugin {plugin} --scratch %t.dir"),
+]
+for tool in ["FileCheck", "count", "not", "split-file", "llvm-link"]:
+    config.substitutions.append(
+        (rf"(?<![-\w%/.]){tool}(?![-\w.])", llvm_tool(tool)))

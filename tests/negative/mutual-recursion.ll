@@ -1,0 +1,21 @@
+; Functions that call each other but not themselves are left alone.
+; RUN: %opt -passes='inlinerecursion<level=3>' -S %s | FileCheck %s --implicit-check-not='define internal'
+
+; CHECK: define i32 @even(i32 %n) {
+; CHECK:   call i32 @odd(i32 %n)
+define i32 @even(i32 %n) {
+  %r = call i32 @odd(i32 %n)
+  ret i32 %r
+}
+; CHECK: define i32 @odd(i32 %n) {
+; CHECK:   call i32 @even(i32 %n)
+define i32 @odd(i32 %n) {
+  %r = call i32 @even(i32 %n)
+  ret i32 %r
+}
+; CHECK: define i32 @taken(
+define i32 @taken(i32 %n) {
+  %r = call i32 @taken(i32 %n)
+  ret i32 %r
+}
+; CHECK: define internal i32 @taken.recurse.clone(
