@@ -1,6 +1,7 @@
 //===- FunctionSpecializeAction.cpp - Constants around a ring -------------===//
 
 #include "FunctionSpecializeAction.h"
+#include "InliningPlan.h"
 #include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SetVector.h"
@@ -26,6 +27,11 @@ static cl::opt<unsigned> MaxInstsPerModule(
     "inline-recursion-max-specialized-size", cl::init(20000), cl::Hidden,
     cl::desc("Largest size of all specialised clones made in one module "
              "(instructions)"));
+
+static cl::opt<unsigned> MaxInlinedSize(
+    "inline-recursion-specialized-inline-size", cl::init(300), cl::Hidden,
+    cl::desc("Largest size, with what is inlined into it, of a specialised "
+             "clone that is itself inlined into its callers (instructions)"));
 
 static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
 static constexpr StringLiteral CloneSuffix = ".recurse.clone";
@@ -250,6 +256,8 @@ private:
   const std::set<CallInst *> &Excluded;
   unsigned &SizeLeft;
   std::map<ArgumentTuple, Function *> Specializations;
+  /// The same in the order of making.
+  SmallVector<Function *, 0> Clones;
   /// In the order in which the recursion gets there, so that what a budget cuts
   /// off are the deepest activations of the widest search.
   std::deque<CallInst *> Worklist;
@@ -295,11 +303,8 @@ Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
                        getCloneName(*Pattern, Tuple), Pattern->getParent());
   Clone->copyAttributesFrom(Pattern);
   Clone->copyMetadata(Source, 0);
-  // Neither a link of the ring any more nor bound to its inlining: what pays
-  // depends on how much of a clone is left, which the inliner can see.
+  // No link of the ring any more.
   Clone->removeFnAttr(EligibleMark);
-  Clone->removeFnAttr(Attribute::AlwaysInline);
-  Clone->removeFnAttr(Attribute::NoInline);
 
   ValueToValueMapTy VMap;
   for (auto [Formal, New, C] : zip(Source->args(), Clone->args(), Tuple)) {
@@ -327,6 +332,7 @@ Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
   Function *Clone = clonePattern(Tuple);
   SizeLeft -= std::min(SizeLeft, Clone->getInstructionCount());
   Entry->second = Clone;
+  Clones.push_back(Clone);
   for (CallInst *Call : findCalls(*Clone, [this](Function &Callee) {
          return Members.contains(&Callee);
        }))
@@ -352,6 +358,8 @@ bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
       Changed = true;
     }
   }
+  // Callees are made after their callers, but for those that close a cycle.
+  planInlining(Clones, MaxInlinedSize);
   return Changed;
 }
 

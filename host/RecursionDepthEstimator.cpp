@@ -4,6 +4,7 @@
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/InstructionSimplify.h"
+#include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
 #include "llvm/IR/CFG.h"
@@ -16,6 +17,9 @@
 #include <optional>
 
 using namespace llvm;
+
+/// Nested instructions between the number of a trip and what it decides.
+static constexpr unsigned MaxTripFoldDepth = 4;
 
 namespace {
 
@@ -223,7 +227,73 @@ bool RecursionDepthEstimator::canEstimateRecursionDepth() {
       return false;
     CallSites.push_back(Call);
   }
+  if (any_of(CallSites,
+             [this](CallInst *Call) { return isInLoopBetterUnrolled(Call); })) {
+    DeclineReason = "its loop around the recursive call is worth more unrolled";
+    return false;
+  }
   return !CallSites.empty();
+}
+
+/// Is \p V, in \p L, decided by the number \p Trip of the trip alone?
+static bool isDecidedByTrip(const Value *V, const Loop &L, const PHINode *Trip,
+                            unsigned Depth = 0) {
+  if (V == Trip)
+    return true;
+  const auto *I = dyn_cast<Instruction>(V);
+  if (!I || !L.contains(I) || !isa<BinaryOperator, CmpInst, CastInst>(I) ||
+      Depth == MaxTripFoldDepth)
+    return false;
+  return all_of(I->operands(), [&](const Value *Operand) {
+    return isa<ConstantInt>(Operand) ||
+           isDecidedByTrip(Operand, L, Trip, Depth + 1);
+  });
+}
+
+/// Does \p I turn into something much cheaper once \p Trip is a constant?
+static bool gainsFromUnrolling(const Instruction &I, const Loop &L,
+                               const PHINode *Trip) {
+  const Value *Decider = nullptr;
+  if (const auto *Operation = dyn_cast<BinaryOperator>(&I)) {
+    if (Operation->isIntDivRem())
+      Decider = Operation->getOperand(1);
+  } else if (const auto *Select = dyn_cast<SelectInst>(&I)) {
+    Decider = Select->getCondition();
+  } else if (const auto *Switch = dyn_cast<SwitchInst>(&I)) {
+    Decider = Switch->getCondition();
+  } else if (const auto *Branch = dyn_cast<BranchInst>(&I)) {
+    if (Branch->isConditional() && !L.isLoopExiting(Branch->getParent()))
+      Decider = Branch->getCondition();
+  }
+  return Decider && isDecidedByTrip(Decider, L, Trip);
+}
+
+bool RecursionDepthEstimator::isInLoopBetterUnrolled(CallInst *Call) const {
+  for (BasicBlock &BB : *F)
+    for (PHINode &Phi : BB.phis()) {
+      if (!Phi.getType()->isIntegerTy())
+        continue;
+      const auto *Recurrence = dyn_cast<SCEVAddRecExpr>(SE->getSCEV(&Phi));
+      const Loop *L = Recurrence ? Recurrence->getLoop() : nullptr;
+      if (!L || L->getHeader() != &BB || !L->contains(Call) ||
+          !isa<SCEVConstant>(Recurrence->getStart()))
+        continue;
+      const BasicBlock *Latch = L->getLoopLatch();
+      const unsigned Trips = SE->getSmallConstantTripCount(L);
+      if (!Latch || DT->dominates(Call->getParent(), Latch) || Trips < 2 ||
+          Trips > MaxUnrolledTrips)
+        continue;
+      unsigned Size = 0;
+      bool Gains = false;
+      for (BasicBlock *Inside : L->blocks())
+        for (Instruction &I : *Inside) {
+          ++Size;
+          Gains |= gainsFromUnrolling(I, *L, &Phi);
+        }
+      if (Gains && Size * Trips <= MaxUnrolledSize)
+        return true;
+    }
+  return false;
 }
 
 std::pair<const SCEV *, const SCEV *>

@@ -9,6 +9,7 @@
 #include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
 #include "llvm/Transforms/Utils/LoopUtils.h"
+#include <algorithm>
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -23,6 +24,11 @@ static cl::opt<bool> CutRecurrences(
     "inlinerecursion-cut-recurrences", cl::init(true), cl::Hidden,
     cl::desc("Keep loop strength reduction from values that span several loops "
              "of a flattened recursion"));
+
+// Undecided branches that an unrolled loop may hold.  Beyond some hundreds, a
+// search that the machine's branch predictor knew by heart runs several times
+// slower than rolled.
+static constexpr unsigned MaxUnrolledBranches = 160;
 
 // On the function and its copies, set by the pass.
 static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
@@ -53,12 +59,27 @@ PreservedAnalyses ChainLoopsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   return PreservedAnalyses::all();
 }
 
-/// The size of \p L after full unrolling, in instructions.
-static uint64_t getUnrolledSize(const Loop &L, unsigned TripCount) {
-  uint64_t Size = 0;
-  for (const BasicBlock *BB : L.blocks())
+/// The number of trips that \p L makes unless it is left early by an exit that
+/// does not count them; 0 if no exit does.
+static unsigned getTripCount(const Loop &L, ScalarEvolution &SE) {
+  SmallVector<BasicBlock *, 4> ExitingBlocks;
+  L.getExitingBlocks(ExitingBlocks);
+  unsigned Least = 0;
+  for (BasicBlock *BB : ExitingBlocks)
+    if (unsigned Count = SE.getSmallConstantTripCount(&L, BB))
+      Least = Least ? std::min(Least, Count) : Count;
+  return Least;
+}
+
+/// Would \p L stay within bounds, \p TripCount times in a row?
+static bool isWorthUnrolling(const Loop &L, uint64_t TripCount) {
+  unsigned Size = 0, Branches = 0;
+  for (const BasicBlock *BB : L.blocks()) {
     Size += BB->sizeWithoutDebug();
-  return Size * TripCount;
+    Branches += BB->getTerminator()->getNumSuccessors() > 1;
+  }
+  return Size * TripCount <= UnrollLimit &&
+         Branches * TripCount <= MaxUnrolledBranches;
 }
 
 PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
@@ -69,7 +90,7 @@ PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
   if (!L.isInnermost())
     return PreservedAnalyses::all();
 
-  const unsigned TripCount = AR.SE.getSmallConstantTripCount(&L);
+  const unsigned TripCount = getTripCount(L, AR.SE);
   if (TripCount < 2) {
     if (isChainLoop(L) &&
         !findStringMetadataForLoop(&L, "llvm.loop.vectorize.enable"))
@@ -78,8 +99,7 @@ PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
   }
 
   if (L.getHeader()->getParent()->hasFnAttribute(CloneMark) &&
-      getUnrolledSize(L, TripCount) <= UnrollLimit &&
-      !hasUnrollTransformation(&L))
+      isWorthUnrolling(L, TripCount) && !hasUnrollTransformation(&L))
     addStringMetadataToLoop(&L, "llvm.loop.unroll.full", 1);
   return PreservedAnalyses::all();
 }
@@ -88,14 +108,19 @@ PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
 /// the frozen value.
 static void freezeBefore(Instruction *I, Instruction *InsertBefore) {
   auto *Frozen = new FreezeInst(I, I->getName() + ".cut", InsertBefore);
-  I->replaceUsesWithIf(Frozen,
-                       [Frozen](const Use &U) { return U.getUser() != Frozen; });
+  I->replaceUsesWithIf(
+      Frozen, [Frozen](const Use &U) { return U.getUser() != Frozen; });
 }
 
-/// Does \p I feed more arithmetic, rather than addresses only?
-static bool feedsArithmetic(const Instruction &I) {
+/// Is \p I compared, or offset?  Each of these would become an induction
+/// variable. Where it is only an address, a step through memory is what loop
+/// strength reduction is good at.
+static bool isComparedOrOffset(const Instruction &I) {
   return any_of(I.users(), [](const User *U) {
-    return isa<BinaryOperator, ICmpInst>(U);
+    const auto *Operation = dyn_cast<BinaryOperator>(U);
+    return isa<ICmpInst>(U) ||
+           (Operation && (Operation->getOpcode() == Instruction::Add ||
+                          Operation->getOpcode() == Instruction::Sub));
   });
 }
 
@@ -133,7 +158,7 @@ static bool cutRecurrences(Loop &L, const Loop &Outer, ScalarEvolution &SE) {
       if ((I.getOpcode() == Instruction::Add ||
            I.getOpcode() == Instruction::Sub) &&
           I.getType()->isIntegerTy() && any_of(I.operands(), ComesFromOuter) &&
-          any_of(I.operands(), IsRecurrence) && feedsArithmetic(I))
+          any_of(I.operands(), IsRecurrence) && isComparedOrOffset(I))
         Sums.push_back(&I);
   for (Instruction *Sum : Sums)
     freezeBefore(Sum, Sum->getNextNode());

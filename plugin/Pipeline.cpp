@@ -7,6 +7,7 @@
 #include "Printer.h"
 #include "Remarks.h"
 #include "Requests.h"
+#include "RingInlining.h"
 #include "SingleRun.h"
 #include "llvm/Passes/OptimizationLevel.h"
 #include "llvm/Passes/PassBuilder.h"
@@ -20,6 +21,8 @@ static constexpr StringLiteral PassName = "inlinerecursion";
 static constexpr StringLiteral PrinterName = "print<inlinerecursion>";
 static constexpr StringLiteral RequestsName = "inlinerecursion-requests";
 static constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
+static constexpr StringLiteral RingInliningName =
+    "inlinerecursion-ring-inlining";
 static constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";
 
 static void printWithLevel(raw_ostream &OS, StringRef Name, int Level) {
@@ -97,6 +100,7 @@ static void addPipeline(ModulePassManager &MPM,
                         const PassParameters &Parameters) {
   MPM.addPass(RequestsPass(Parameters.FindRequests));
   MPM.addPass(PluginPass(Parameters.Level));
+  MPM.addPass(RingInliningPass());
 }
 
 namespace {

@@ -2,11 +2,15 @@
 
 #include "Requests.h"
 #include "../pass/InlineRecursion.h"
+#include "Remarks.h"
 #include "SingleRun.h"
 #include "Verdict.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/IR/Constants.h"
 #include "llvm/IR/Dominators.h"
+#include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
 
@@ -14,13 +18,17 @@ using namespace llvm;
 using namespace llvm::inlinerecursion;
 
 static cl::opt<bool> FindRequestsOption(
-    "inlinerecursion-find-requests", cl::init(false), cl::Hidden,
+    "inlinerecursion-find-requests", cl::init(true), cl::Hidden,
     cl::desc("Build rings of copies also for recursive functions that do not "
              "ask for it but would be accepted"));
 
 static constexpr StringLiteral Request = "specialize-inline-recursion-function";
 static constexpr StringLiteral Eligible =
     "specialize-inline-recursion-function-eligible";
+
+/// Without constants, the ring of a function with more self calls than this is
+/// slower than the function.
+static constexpr unsigned MaxSelfCallsOfOpenRing = 2;
 
 bool llvm::inlinerecursion::isFindingRequestsEnabled() {
   return FindRequestsOption;
@@ -88,11 +96,47 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
   }
 }
 
+/// Would the ring be entered with a constant anywhere?
+static bool hasConstantEntry(const Function &F) {
+  return any_of(F.users(), [&F](const User *U) {
+    const auto *Call = dyn_cast<CallInst>(U);
+    return Call && Call->getCalledFunction() == &F &&
+           Call->getFunction() != &F &&
+           any_of(Call->args(), [](const Use &Arg) {
+             return isa<Constant>(Arg) && !isa<UndefValue>(Arg);
+           });
+  });
+}
+
+static void withdrawUnprofitable(Module &M) {
+  for (Function &F : M) {
+    if (!F.hasFnAttribute(Request) || F.isDeclaration() || hasConstantEntry(F))
+      continue;
+    const unsigned SelfCalls = count_if(F.users(), [&F](const User *U) {
+      const auto *Call = dyn_cast<CallInst>(U);
+      return Call && Call->getCalledFunction() == &F &&
+             Call->getFunction() == &F;
+    });
+    if (SelfCalls <= MaxSelfCallsOfOpenRing)
+      continue;
+    F.removeFnAttr(Request);
+    if (areRemarksEnabled(M)) {
+      Verdict V(false, "RequestWithdrawn");
+      V << "request withdrawn, it calls itself in "
+        << ore::NV("SelfCalls", SelfCalls) << " places, more than "
+        << ore::NV("Limit", MaxSelfCallsOfOpenRing)
+        << ", and no constant enters it from outside";
+      emitRemark(F, V);
+    }
+  }
+}
+
 PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   markAnnotated(M);
   if (FindRequests)
     markAcceptable(
         M, MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager());
+  withdrawUnprofitable(M);
   // No analysis reads these attributes.
   return PreservedAnalyses::all();
 }

@@ -10,6 +10,10 @@
 /// Requests can also be found: directly recursive functions that the pass would
 /// accept if they asked.
 ///
+/// A request that would not pay is withdrawn, with a remark: more than two self
+/// calls, and no constant enters from outside (a domino tiling with three self
+/// calls and an unknown start ran in 1.06 of plain clang's time).
+///
 //===----------------------------------------------------------------------===//
 
 #ifndef INLINERECURSION_PLUGIN_REQUESTS_H

@@ -1,0 +1,37 @@
+//===- InliningPlan.cpp - Which copies are inlined ------------------------===//
+
+#include "InliningPlan.h"
+#include "llvm/ADT/DenseMap.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/Support/MathExtras.h"
+
+using namespace llvm;
+
+void llvm::planInlining(ArrayRef<Function *> Group, unsigned MaxInlinedSize) {
+  const SmallPtrSet<Function *, 16> Members(Group.begin(), Group.end());
+  SmallPtrSet<Function *, 16> ClosesCycle;
+  // What inlining a member adds to its caller; 0 if it is not inlined.
+  DenseMap<Function *, unsigned> AddedSize;
+
+  for (Function *F : reverse(Group)) {
+    unsigned Size = F->getInstructionCount();
+    for (Instruction &I : instructions(*F)) {
+      auto *Call = dyn_cast<CallInst>(&I);
+      Function *Callee = Call ? Call->getCalledFunction() : nullptr;
+      if (!Callee || !Members.contains(Callee))
+        continue;
+      auto Added = AddedSize.find(Callee);
+      if (Added == AddedSize.end())
+        ClosesCycle.insert(Callee);
+      else
+        Size = SaturatingAdd(Size, Added->second);
+    }
+    const bool Inlined = Size <= MaxInlinedSize && !ClosesCycle.contains(F);
+    AddedSize[F] = Inlined ? Size : 0;
+    F->removeFnAttr(Inlined ? Attribute::NoInline : Attribute::AlwaysInline);
+    F->addFnAttr(Inlined ? Attribute::AlwaysInline : Attribute::NoInline);
+  }
+}

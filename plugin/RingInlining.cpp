@@ -1,0 +1,64 @@
+//===- RingInlining.cpp - How much of a ring is inlined -------------------===//
+
+#include "RingInlining.h"
+#include "../host/InliningPlan.h"
+#include "CloneChain.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Support/CommandLine.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+static cl::opt<unsigned> SizeOneSelfCall(
+    "inlinerecursion-ring-size-one-call", cl::init(1500), cl::Hidden,
+    cl::desc("Largest size at which a copy in a ring is inlined, where the "
+             "function has one self call (instructions)"));
+
+static cl::opt<unsigned> SizeSelfCalls(
+    "inlinerecursion-ring-size-calls", cl::init(300), cl::Hidden,
+    cl::desc("Largest size at which a copy in a ring is inlined, where the "
+             "function has several self calls (instructions)"));
+
+static cl::opt<unsigned> SizeUnrollableLoop(
+    "inlinerecursion-ring-size-loop", cl::init(100), cl::Hidden,
+    cl::desc("Largest size at which a copy in a ring is inlined, where a loop "
+             "of constant trip count stands around a self call "
+             "(instructions)"));
+
+/// A loop of more trips is not unrolled completely for the sake of its call.
+static constexpr unsigned MaxUnrollableTrips = 16;
+
+/// How large a copy of \p Ring may be that is inlined.
+static unsigned getSizeLimit(const CloneChain &Ring,
+                             FunctionAnalysisManager &FAM) {
+  Function &Copy = *Ring.Copies.front();
+  const auto &LI = FAM.getResult<LoopAnalysis>(Copy);
+  auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(Copy);
+  unsigned SelfCalls = 0;
+  for (Instruction &I : instructions(Copy)) {
+    auto *Call = dyn_cast<CallInst>(&I);
+    if (!Call || !is_contained(Ring.Copies, Call->getCalledFunction()))
+      continue;
+    ++SelfCalls;
+    const Loop *L = LI.getLoopFor(Call->getParent());
+    const unsigned Trips = L ? SE.getSmallConstantTripCount(L) : 0;
+    if (Trips > 1 && Trips <= MaxUnrollableTrips)
+      return SizeUnrollableLoop;
+  }
+  return SelfCalls == 1 ? SizeOneSelfCall : SizeSelfCalls;
+}
+
+PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  if (M.empty())
+    return PreservedAnalyses::all();
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  for (const CloneChain &Chain : findChains(M, &*M.begin()))
+    if (Chain.isRing())
+      planInlining(Chain.Copies, getSizeLimit(Chain, FAM));
+  return PreservedAnalyses::all();
+}
