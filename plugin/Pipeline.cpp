@@ -134,6 +134,12 @@ static ArrayRef<NamedPass> getNamedPasses() {
        [](ModulePassManager &MPM, const PassParameters &Parameters) {
          MPM.addPass(RequestsPass(Parameters.FindRequests));
        }},
+      {RingInliningName,
+       RingInliningPass::name(),
+       {/*Level=*/false, /*FindRequests=*/false},
+       [](ModulePassManager &MPM, const PassParameters &) {
+         MPM.addPass(RingInliningPass());
+       }},
       {PipelineName, "", {/*Level=*/true, /*FindRequests=*/true}, addPipeline},
   };
   return Passes;

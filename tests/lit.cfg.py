@@ -43,6 +43,7 @@ if loads.returncode != 0:
 config.substitutions += [
     ("%plugin", plugin),
     # The pass under the new and under the legacy pass manager.
+    ("%opt_path", opt),
     ("%opt", f"{opt} -load-pass-plugin={plugin} -verify-each"),
     ("%legacy_opt",
      f"{opt} -load {plugin} -enable-new-pm=0 -verify-each"),

@@ -1,0 +1,64 @@
+"""Compares docs/reference.md with the code: options, defaults, passes, parameters.
+
+Usage: check_reference.py ROOT OPT PLUGIN
+
+Options and defaults are read from the sources (every cl::opt there), passes and
+parameters are tried out with opt. Prints one line per difference, and how much
+was compared; exit status 1 on any difference.
+"""
+
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+root, opt, plugin = Path(sys.argv[1]), sys.argv[2], sys.argv[3]
+reference = (root / "docs" / "reference.md").read_text()
+differences = []
+
+
+def table(heading):
+    """The rows of the table under a heading, as lists of cells."""
+    section = reference.split(f"## {heading}\n", 1)[1].split("\n## ", 1)[0]
+    rows = [line.strip("|").split("|") for line in section.splitlines() if line.startswith("|")]
+    return [[cell.strip() for cell in row] for row in rows[2:]]
+
+
+def compare(what, documented, actual):
+    for name in sorted(documented.keys() | actual.keys()):
+        if documented.get(name) != actual.get(name):
+            differences.append(
+                f"{what} {name}: documented {documented.get(name)}, in the code {actual.get(name)}"
+            )
+
+
+declared = {}
+for source in sorted(root.glob("*/*.cpp")):
+    if source.parent.name not in ("pass", "host", "plugin"):
+        continue
+    text = source.read_text()
+    for match in re.finditer(r'cl::opt<\w+>\s+\w+\(\s*"([^"]+)",(.*?)\);', text, re.S):
+        declared[match[1]] = re.search(r"cl::init\((\w+)\)", match[2])[1]
+documented = {row[0].strip("`-"): row[1] for row in table("Options")}
+compare("option", documented, declared)
+
+
+def accepts(pipeline):
+    command = [opt, f"-load-pass-plugin={plugin}", f"-passes={pipeline}", "-disable-output", "-"]
+    return subprocess.run(command, input="", text=True, capture_output=True).returncode == 0
+
+
+parameters = ["level=3", "find-requests", "no-find-requests"]
+registered = set(re.findall(r'Name\s*=\s*"([^"]+)"', (root / "plugin" / "Pipeline.cpp").read_text()))
+wrap = lambda name: f"loop({name})" if name == "inlinerecursion-loop-hints" else name
+documented, actual = {}, {}
+for name, given, _ in table("Passes"):
+    documented[name.strip("`")] = given.replace("`", "").replace("level=N", "level=3")
+for name in registered:
+    if not accepts(wrap(name)):
+        differences.append(f"pass {name}: not accepted by opt")
+    actual[name] = ", ".join(p for p in parameters if accepts(wrap(f"{name}<{p}>")))
+compare("pass", documented, actual)
+
+print("\n".join(differences + [f"{len(declared)} options, {len(registered)} passes compared"]))
+sys.exit(bool(differences))
