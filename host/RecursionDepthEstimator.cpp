@@ -20,6 +20,8 @@ using namespace llvm;
 
 /// Nested instructions between the number of a trip and what it decides.
 static constexpr unsigned MaxTripFoldDepth = 4;
+/// Branches before an incoming edge of a PHI that are asked whether it is dead.
+static constexpr unsigned MaxDecidingSteps = 4;
 
 namespace {
 
@@ -45,6 +47,10 @@ public:
 
 private:
   Constant *foldInstruction(Instruction &I, unsigned Depth);
+  Constant *foldPhi(PHINode &Phi, unsigned Depth);
+  /// The one successor to which \p Terminator is known to go, or null.
+  const BasicBlock *getSuccessorTaken(Instruction *Terminator,
+                                      unsigned Depth = 0);
   Constant *evaluateThroughLoops(Instruction &I);
 
   ScalarEvolution &SE;
@@ -74,7 +80,8 @@ Constant *Activation::evaluate(Value *V, unsigned Depth) {
   if (!Inserted)
     return Entry->second;
 
-  Constant *Result = foldInstruction(*I, Depth);
+  auto *Phi = dyn_cast<PHINode>(I);
+  Constant *Result = Phi ? foldPhi(*Phi, Depth) : foldInstruction(*I, Depth);
   if (!Result)
     Result = evaluateThroughLoops(*I);
   Known[I] = Result;
@@ -82,7 +89,7 @@ Constant *Activation::evaluate(Value *V, unsigned Depth) {
 }
 
 Constant *Activation::foldInstruction(Instruction &I, unsigned Depth) {
-  if (I.mayWriteToMemory() || isa<PHINode, AllocaInst>(I))
+  if (I.mayWriteToMemory() || isa<AllocaInst>(I))
     return nullptr;
   // Operands that stay unknown take part as they are: a false conjunct or the
   // chosen arm of a select decides on its own.
@@ -108,42 +115,84 @@ Constant *Activation::evaluateThroughLoops(Instruction &I) {
       !(isa<PHINode>(I) && SE.isSCEVable(I.getType())))
     return nullptr;
 
+  // What no known argument takes part in is the same in every activation, and
+  // does not end the recursion.
+  auto IsKnown = [this](const SCEV *S) {
+    const auto *Unknown = dyn_cast<SCEVUnknown>(S);
+    const auto *A = Unknown ? dyn_cast<Argument>(Unknown->getValue()) : nullptr;
+    return A && Arguments[A->getArgNo()];
+  };
+  auto IsSmall = [&](const SCEV *S) {
+    // Rewriting recurses over the expression.
+    return S->getExpressionSize() <= RecursionDepthEstimator::MaxFoldDepth;
+  };
+  const SCEV *LHS = SE.getSCEV(Compare ? Compare->getOperand(0) : &I);
+  const SCEV *RHS = Compare ? SE.getSCEV(Compare->getOperand(1)) : LHS;
+  if (!IsSmall(LHS) || !IsSmall(RHS) ||
+      (!SCEVExprContains(LHS, IsKnown) && !SCEVExprContains(RHS, IsKnown)))
+    return nullptr;
+
   ValueToSCEVMapTy Substitution;
   for (auto [Formal, Actual] : zip(I.getFunction()->args(), Arguments))
     if (Actual && SE.isSCEVable(Formal.getType()))
       Substitution[&Formal] = SE.getSCEV(Actual);
-  auto Substitute = [&](Value *V) -> const SCEV * {
-    const SCEV *S = SE.getSCEV(V);
-    // Rewriting recurses over the expression.
-    if (S->getExpressionSize() > RecursionDepthEstimator::MaxFoldDepth)
-      return nullptr;
-    return SCEVParameterRewriter::rewrite(S, SE, Substitution);
-  };
-
+  LHS = SCEVParameterRewriter::rewrite(LHS, SE, Substitution);
   if (!Compare) {
-    const auto *C = dyn_cast_or_null<SCEVConstant>(Substitute(&I));
+    const auto *C = dyn_cast<SCEVConstant>(LHS);
     return C ? C->getValue() : nullptr;
   }
-  const SCEV *LHS = Substitute(Compare->getOperand(0));
-  const SCEV *RHS = Substitute(Compare->getOperand(1));
-  if (!LHS || !RHS)
-    return nullptr;
+  RHS = SCEVParameterRewriter::rewrite(RHS, SE, Substitution);
   std::optional<bool> Outcome =
       SE.evaluatePredicate(Compare->getPredicate(), LHS, RHS);
   return Outcome ? ConstantInt::getBool(I.getType(), *Outcome) : nullptr;
 }
 
-bool Activation::isTurnedAwayAt(const Guard &G) {
-  const BasicBlock *Taken = nullptr;
-  if (auto *Branch = dyn_cast<BranchInst>(G.Terminator)) {
-    if (auto *C =
-            dyn_cast_or_null<ConstantInt>(evaluate(Branch->getCondition())))
-      Taken = Branch->getSuccessor(C->isZero() ? 1 : 0);
-  } else if (auto *Switch = dyn_cast<SwitchInst>(G.Terminator)) {
-    if (auto *C =
-            dyn_cast_or_null<ConstantInt>(evaluate(Switch->getCondition())))
-      Taken = Switch->findCaseValue(C)->getCaseSuccessor();
+Constant *Activation::foldPhi(PHINode &Phi, unsigned Depth) {
+  // The edges that control may come by have to agree.  An edge is out of the
+  // question if a branch before it, with no other way in between, is known to
+  // go elsewhere.
+  auto IsDead = [&](const BasicBlock *From) {
+    const BasicBlock *To = Phi.getParent();
+    for (unsigned Step = 0; From && Step != MaxDecidingSteps; ++Step) {
+      const BasicBlock *Taken = getSuccessorTaken(
+          const_cast<Instruction *>(From->getTerminator()), Depth + 1);
+      if (Taken && Taken != To)
+        return true;
+      To = From;
+      From = From->getSinglePredecessor();
+    }
+    return false;
+  };
+  Constant *Agreed = nullptr;
+  for (auto [Value, From] : zip(Phi.incoming_values(), Phi.blocks())) {
+    if (IsDead(From))
+      continue;
+    Constant *C = evaluate(Value, Depth + 1);
+    if (!C || (Agreed && C != Agreed))
+      return nullptr;
+    Agreed = C;
   }
+  return Agreed;
+}
+
+const BasicBlock *Activation::getSuccessorTaken(Instruction *Terminator,
+                                                unsigned Depth) {
+  if (auto *Branch = dyn_cast<BranchInst>(Terminator)) {
+    if (Branch->isUnconditional())
+      return Branch->getSuccessor(0);
+    if (auto *C = dyn_cast_or_null<ConstantInt>(
+            evaluate(Branch->getCondition(), Depth)))
+      return Branch->getSuccessor(C->isZero() ? 1 : 0);
+  } else if (auto *Switch = dyn_cast<SwitchInst>(Terminator)) {
+    if (auto *C = dyn_cast_or_null<ConstantInt>(
+            evaluate(Switch->getCondition(), Depth)))
+      return Switch->findCaseValue(C)->getCaseSuccessor();
+  }
+  return nullptr;
+}
+
+bool Activation::isTurnedAwayAt(const Guard &G) {
+  const BasicBlock *Taken = getSuccessorTaken(G.Terminator);
   return Taken && !G.WaysOn.contains(Taken);
 }
 
@@ -285,11 +334,14 @@ bool RecursionDepthEstimator::isInLoopBetterUnrolled(CallInst *Call) const {
         continue;
       unsigned Size = 0;
       bool Gains = false;
-      for (BasicBlock *Inside : L->blocks())
-        for (Instruction &I : *Inside) {
-          ++Size;
+      for (BasicBlock *Inside : L->blocks()) {
+        Size += Inside->size();
+        // Too large anyway; and so that many PHIs of a large loop are no issue.
+        if (Size * Trips > MaxUnrolledSize)
+          break;
+        for (Instruction &I : *Inside)
           Gains |= gainsFromUnrolling(I, *L, &Phi);
-        }
+      }
       if (Gains && Size * Trips <= MaxUnrolledSize)
         return true;
     }

@@ -67,7 +67,7 @@ class RecursionDepthEstimator {
 public:
   static constexpr unsigned MaxCallSites = 8;
   static constexpr unsigned MaxEntries = 8;
-  static constexpr unsigned MaxActivations = 64;
+  static constexpr unsigned MaxActivations = 32;
   static constexpr unsigned MaxFoldDepth = 32;
   /// Trips, and instructions over all trips, up to which the compiler is taken
   /// to unroll a loop (its threshold of 300 with its bonus for what folds).

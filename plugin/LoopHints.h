@@ -55,6 +55,7 @@ namespace inlinerecursion {
 class ChainLoopsPass : public PassInfoMixin<ChainLoopsPass> {
 public:
   PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);
+  static StringRef name() { return "InlineRecursionChainLoopsPass"; }
 };
 
 /// Unrolling and vectorization of one loop.
@@ -62,6 +63,7 @@ class LoopHintsPass : public PassInfoMixin<LoopHintsPass> {
 public:
   PreservedAnalyses run(Loop &L, LoopAnalysisManager &AM,
                         LoopStandardAnalysisResults &AR, LPMUpdater &U);
+  static StringRef name() { return "InlineRecursionLoopHintsPass"; }
 };
 
 /// Ends, at each marked loop inside a marked loop, the recurrences that reach
@@ -69,6 +71,7 @@ public:
 class CutRecurrencesPass : public PassInfoMixin<CutRecurrencesPass> {
 public:
   PreservedAnalyses run(Function &F, FunctionAnalysisManager &FAM);
+  static StringRef name() { return "InlineRecursionCutRecurrencesPass"; }
 };
 
 } // namespace inlinerecursion

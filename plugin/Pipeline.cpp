@@ -20,7 +20,10 @@ using namespace llvm::inlinerecursion;
 static constexpr StringLiteral PassName = "inlinerecursion";
 static constexpr StringLiteral PrinterName = "print<inlinerecursion>";
 static constexpr StringLiteral RequestsName = "inlinerecursion-requests";
+static constexpr StringLiteral ChainLoopsName = "inlinerecursion-chain-loops";
 static constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
+static constexpr StringLiteral CutRecurrencesName =
+    "inlinerecursion-cut-recurrences";
 static constexpr StringLiteral RingInliningName =
     "inlinerecursion-ring-inlining";
 static constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";
@@ -101,6 +104,7 @@ static void addPipeline(ModulePassManager &MPM,
   MPM.addPass(RequestsPass(Parameters.FindRequests));
   MPM.addPass(PluginPass(Parameters.Level));
   MPM.addPass(RingInliningPass());
+  MPM.addPass(ChainLoopsPass());
 }
 
 namespace {
@@ -140,6 +144,12 @@ static ArrayRef<NamedPass> getNamedPasses() {
        [](ModulePassManager &MPM, const PassParameters &) {
          MPM.addPass(RingInliningPass());
        }},
+      {ChainLoopsName,
+       ChainLoopsPass::name(),
+       {/*Level=*/false, /*FindRequests=*/false},
+       [](ModulePassManager &MPM, const PassParameters &) {
+         MPM.addPass(ChainLoopsPass());
+       }},
       {PipelineName, "", {/*Level=*/true, /*FindRequests=*/true}, addPipeline},
   };
   return Passes;
@@ -175,6 +185,7 @@ void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
       if (!Pass.ClassName.empty())
         PIC->addClassToPassName(Pass.ClassName, Pass.Name);
     PIC->addClassToPassName(LoopHintsPass::name(), LoopHintsName);
+    PIC->addClassToPassName(CutRecurrencesPass::name(), CutRecurrencesName);
   }
 
   PB.registerPipelineParsingCallback(
@@ -190,6 +201,14 @@ void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
         LPM.addPass(LoopHintsPass());
         return true;
       });
+  PB.registerPipelineParsingCallback(
+      [](StringRef Name, FunctionPassManager &FPM,
+         ArrayRef<PassBuilder::PipelineElement>) {
+        if (Name != CutRecurrencesName)
+          return false;
+        FPM.addPass(CutRecurrencesPass());
+        return true;
+      });
 
   // After SROA, so that the counts describe SSA form, and directly before the
   // inliner.  Nothing at O0, where the user wants to see his functions.
@@ -197,7 +216,6 @@ void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
     if (Level == OptimizationLevel::O0)
       return;
     addPipeline(MPM, PassParameters());
-    MPM.addPass(ChainLoopsPass());
   };
   PB.registerPipelineEarlySimplificationEPCallback(AddAboveO0);
   PB.registerLateLoopOptimizationsEPCallback(

@@ -1,6 +1,7 @@
 //===- Verdict.cpp - Why a function was chained, or was not ---------------===//
 
 #include "Verdict.h"
+#include "../host/RecursionDepthEstimator.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/ScopeExit.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
@@ -85,9 +86,14 @@ explainDefaultFlow(InlineRecursion::InlineRecursionCosting &Costing) {
 
   const auto *Depth =
       cast_or_null<SCEVConstant>(Costing.estimateRecursionDepth());
-  if (!Depth)
+  if (!Depth) {
+    RecursionDepthEstimator Estimator(F, Costing.SE, Costing.DT);
+    Estimator.canEstimateRecursionDepth();
+    if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
+      return refuse("Declined") << Reason;
     return refuse("DepthUnknown")
            << "the depth of its recursion is not a known constant";
+  }
   const unsigned Threshold = getPassOption("default-recursion-depth-threshold");
   if (Depth->getAPInt().getZExtValue() > Threshold)
     return refuse("TooDeep")

@@ -50,7 +50,14 @@ def accepts(pipeline):
 
 parameters = ["level=3", "find-requests", "no-find-requests"]
 registered = set(re.findall(r'Name\s*=\s*"([^"]+)"', (root / "plugin" / "Pipeline.cpp").read_text()))
-wrap = lambda name: f"loop({name})" if name == "inlinerecursion-loop-hints" else name
+
+def wrap(text):
+    """A pass inside the pass managers that it needs."""
+    levels = {"inlinerecursion-loop-hints": "function(loop({}))",
+              "inlinerecursion-cut-recurrences": "function({})"}
+    return levels.get(text.split("<")[0], "{}").format(text)
+
+
 documented, actual = {}, {}
 for name, given, _ in table("Passes"):
     documented[name.strip("`")] = given.replace("`", "").replace("level=N", "level=3")
