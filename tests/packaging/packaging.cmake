@@ -1,0 +1,87 @@
+# Run by ctest: what a user does with an installed project.
+
+# Runs a command that has to succeed; its standard output goes to OUTPUT.
+function(run OUTPUT)
+  execute_process(COMMAND ${ARGN}
+    RESULT_VARIABLE Status OUTPUT_VARIABLE Out ERROR_VARIABLE Err)
+  if(NOT Status EQUAL 0)
+    message(FATAL_ERROR "failed (${Status}): ${ARGN}\n${Out}${Err}")
+  endif()
+  set(${OUTPUT} "${Out}${Err}" PARENT_SCOPE)
+endfunction()
+
+function(expect WHAT TEXT PATTERN)
+  if(NOT TEXT MATCHES "${PATTERN}")
+    message(FATAL_ERROR "${WHAT}: expected ${PATTERN} in:\n${TEXT}")
+  endif()
+  message(STATUS "${WHAT}: as expected")
+endfunction()
+
+file(REMOVE_RECURSE ${Scratch})
+set(Prefix ${Scratch}/prefix)
+run(_ ${CMAKE_COMMAND} --install ${Build} --prefix ${Prefix})
+
+# A program that is compiled with the pass.
+run(_ ${CMAKE_COMMAND} -S ${Source}/examples/app -B ${Scratch}/app -G Ninja
+  -DCMAKE_C_COMPILER=${Tools}/clang -DCMAKE_PREFIX_PATH=${Prefix}
+  -DCMAKE_C_FLAGS=-Rpass=inlinerecursion)
+run(Output ${CMAKE_COMMAND} --build ${Scratch}/app)
+expect("flags target" "${Output}" "'fraction' rebuilt as a chain of 7 copies")
+run(Output ${Scratch}/app/fraction 1000)
+
+# A compiler that links the library.
+run(_ ${CMAKE_COMMAND} -S ${Source}/examples/compiler -B ${Scratch}/compiler
+  -G Ninja -DCMAKE_PREFIX_PATH=${Prefix} -DLLVM_DIR=${LLVMDir})
+run(_ ${CMAKE_COMMAND} --build ${Scratch}/compiler)
+file(WRITE ${Scratch}/down.ll "
+define i32 @down(i32 %n) {
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = udiv i32 %n, 3
+  %r = call i32 @down(i32 %m)
+  %s = mul i32 %r, %r
+  %t = add i32 %s, %n
+  ret i32 %t
+end:
+  ret i32 1
+}
+define i32 @enter(i32 %n) {
+  %r = call i32 @down(i32 %n)
+  ret i32 %r
+}
+")
+run(Output ${Scratch}/compiler/tiny-compiler ${Scratch}/down.ll)
+# One level of the recursion has been inlined into the caller.
+expect("linked library" "${Output}" "define i32 @enter[^}]*udiv[^}]*@down")
+
+# The configuration file, from an installed place, with the plugin's options and
+# for assembly too.
+file(GLOB_RECURSE Config ${Prefix}/inlinerecursion.cfg)
+run(Output ${Tools}/clang --config=${Config} -O3 -Rpass=inlinerecursion
+  -mllvm -inline-recursion-opt-level=4
+  ${Source}/examples/fraction.c -o ${Scratch}/fraction)
+expect("configuration file" "${Output}" "chain of 10 copies at level 4")
+file(WRITE ${Scratch}/nothing.s ".globl nothing\nnothing: ret\n")
+run(_ ${Tools}/clang --config=${Config} -O3 -c ${Scratch}/nothing.s
+  -o ${Scratch}/nothing.o)
+file(WRITE ${Scratch}/request.c "
+#include <inlinerecursion/request.h>
+INLINERECURSION_SPECIALIZE static int f(int n) {
+  int k = n % 3;
+  return n <= 0 ? k : k + f(n - 1) * 2;
+}
+int g(int n) { return f(n); }
+")
+run(Output ${Tools}/clang --config=${Config} -O3 -Rpass=inlinerecursion
+  -c ${Scratch}/request.c -o ${Scratch}/request.o)
+expect("installed header" "${Output}" "ring of 4 copies")
+
+# The Debian package holds the same files.
+run(_ ${CMAKE_COMMAND} -E chdir ${Build} cpack -G DEB -B ${Scratch}/deb)
+file(GLOB Package ${Scratch}/deb/*.deb)
+run(Output dpkg-deb --contents ${Package})
+foreach(File InlineRecursion-16.so inlinerecursion.cfg
+        InlineRecursionConfig.cmake request.h)
+  expect("package" "${Output}" "/${File}")
+endforeach()
