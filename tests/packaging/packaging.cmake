@@ -77,6 +77,29 @@ run(Output ${Tools}/clang --config=${Config} -O3 -Rpass=inlinerecursion
   -c ${Scratch}/request.c -o ${Scratch}/request.o)
 expect("installed header" "${Output}" "ring of 4 copies")
 
+# Fortran: the plugin loads and the program still computes the same.
+file(GLOB_RECURSE Config ${Prefix}/inlinerecursion-flang.cfg)
+file(WRITE ${Scratch}/factorial.f90 "
+program main
+  implicit none
+  print *, factorial(5)
+contains
+  recursive function factorial(n) result(r)
+    integer, intent(in) :: n
+    integer :: r
+    if (n == 0) then
+      r = 1
+    else
+      r = n * factorial(n - 1)
+    end if
+  end function
+end program
+")
+run(Output ${Tools}/flang-new --config=${Config} -O3
+  ${Scratch}/factorial.f90 -o ${Scratch}/factorial)
+run(Output ${Scratch}/factorial)
+expect("Fortran" "${Output}" "120")
+
 # The Debian package holds the same files.
 run(_ ${CMAKE_COMMAND} -E chdir ${Build} cpack -G DEB -B ${Scratch}/deb)
 file(GLOB Package ${Scratch}/deb/*.deb)
