@@ -40,6 +40,8 @@ from dataclasses import dataclass, field
 from itertools import zip_longest
 from pathlib import Path
 
+from picture import draw
+
 HELP = """\
 Usage: ./run [OPTION]... [FILE]...
 
@@ -59,6 +61,8 @@ Missing packages are installed and the pass is built first.
   --args "ARGS"         arguments for the program
   --runs N              how often both are compiled and run; default 5
   --timeout SECONDS     limit for each compilation and each run; default 60
+  --picture FILE        draw the call graph before and after into FILE, which
+                        ends in .svg, .png or .pdf
   -h, --help            this text
 
 The program reads nothing (/dev/null) as its standard input. Exit status: 0 if
@@ -76,6 +80,7 @@ DEFAULT_PROGRAM = ROOT / "examples" / "permutations.c"
 
 C_SUFFIXES = {".c"}
 CXX_SUFFIXES = {".cpp", ".cc", ".cxx"}
+PICTURE_SUFFIXES = {".svg", ".png", ".pdf"}
 
 # Keeps a program that prints without end from filling the disk before its time
 # is up.
@@ -108,6 +113,7 @@ class Options:
     args: list = field(default_factory=list)
     runs: int = 5
     timeout: float = 60.0
+    picture: Path = None
     files: list = field(default_factory=list)
 
 
@@ -181,6 +187,13 @@ def parse_timeout(option, value):
     return float(value)
 
 
+def parse_picture(option, value):
+    if Path(value).suffix not in PICTURE_SUFFIXES:
+        known = " ".join(sorted(PICTURE_SUFFIXES))
+        raise usage_error(f"bad file '{value}': {option} takes one ending in {known}")
+    return Path(value)
+
+
 # Written by hand because a value may well begin with a dash
 # (--pass-options "-name=value"), which argparse takes for an option.
 OPTIONS = {
@@ -191,6 +204,7 @@ OPTIONS = {
     "--args": ("args", split_words),
     "--runs": ("runs", parse_runs),
     "--timeout": ("timeout", parse_timeout),
+    "--picture": ("picture", parse_picture),
 }
 
 
@@ -336,6 +350,7 @@ class Compiler:
         file = self.options.files[index]
         driver = self.driver(file)
         command = [driver, f"-O{self.options.optimisation}", "-Qunused-arguments"]
+        command += ["-isystem", str(ROOT / "include")]
         command += self.options.cc_flags
         if variant == "with pass":
             command += self.pass_flags()
@@ -605,6 +620,8 @@ def compare(options, temporary):
         compiler.link(variant)
     reference, run_times = compare_runs(compiler)
     report(options, chained, compile_times, reference, run_times)
+    if options.picture and (trouble := draw(chained, options.picture)):
+        raise RunError(f"{options.picture}: cannot be drawn: {trouble}")
 
 
 def set_up():

@@ -21,7 +21,7 @@ target=${1-}
 # LLVM's shared library brings what LLVM itself is linked with, so none of the
 # libraries behind LLVM's static archives (zstd, libedit, curl) is needed.
 packages=(llvm-16-dev llvm-16-tools clang-16 lld-16 flang-16 libclang-rt-16-dev
-          cmake ninja-build g++ gcc python3 libgtest-dev libgmock-dev)
+          cmake ninja-build g++ gcc python3 libgtest-dev libgmock-dev graphviz)
 
 say() { echo "setup: $*" >&2; }
 fail() { echo "setup: error: $*" >&2; exit 1; }
