@@ -6,12 +6,14 @@
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SetVector.h"
 #include "llvm/ADT/SmallString.h"
+#include "llvm/IR/Attributes.h"
 #include "llvm/IR/Constants.h"
 #include "llvm/IR/DebugInfoMetadata.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
+#include "llvm/Support/ModRef.h"
 #include "llvm/Support/raw_ostream.h"
 #include "llvm/Transforms/Utils/Cloning.h"
 #include <deque>
@@ -24,9 +26,9 @@ static cl::opt<unsigned> MaxClonesPerRing(
              "(clones)"));
 
 static cl::opt<unsigned> MaxInstsPerModule(
-    "inline-recursion-max-specialized-size", cl::init(20000), cl::Hidden,
-    cl::desc("Largest size of all specialised clones made in one module "
-             "(instructions)"));
+    "inline-recursion-max-specialized-size", cl::init(10000), cl::Hidden,
+    cl::desc("Largest size of all specialised clones made in one module, with "
+             "what is inlined into them (instructions)"));
 
 static cl::opt<unsigned> MaxInlinedSize(
     "inline-recursion-specialized-inline-size", cl::init(300), cl::Hidden,
@@ -100,35 +102,70 @@ static Ring findRing(Function *Entry, bool OnlyEligible) {
   return Members;
 }
 
+/// What a function promises and how it is called, but for its inlining.
+static AttributeList getInterface(const Function &F) {
+  AttributeMask Inlining;
+  Inlining.addAttribute(Attribute::AlwaysInline);
+  Inlining.addAttribute(Attribute::NoInline);
+  return F.getAttributes().removeFnAttributes(F.getContext(), Inlining);
+}
+
+static bool hasSameInterface(const Function &A, const Function &B) {
+  return A.getFunctionType() == B.getFunctionType() &&
+         A.getCallingConv() == B.getCallingConv() &&
+         getInterface(A) == getInterface(B) && A.hasGC() == B.hasGC() &&
+         (!A.hasGC() || A.getGC() == B.getGC()) &&
+         A.hasPersonalityFn() == B.hasPersonalityFn() &&
+         (!A.hasPersonalityFn() ||
+          A.getPersonalityFn() == B.getPersonalityFn());
+}
+
+static bool hasSameMetadata(const Instruction &A, const Instruction &B) {
+  SmallVector<std::pair<unsigned, MDNode *>, 4> OfA, OfB;
+  A.getAllMetadataOtherThanDebugLoc(OfA);
+  B.getAllMetadataOtherThanDebugLoc(OfB);
+  return OfA == OfB;
+}
+
+/// The instructions of \p F, debug information left out: it must not change the
+/// code.
+static SmallVector<const Instruction *, 0> getInstructions(const Function &F) {
+  SmallVector<const Instruction *, 0> Instructions;
+  for (const BasicBlock &BB : F)
+    for (const Instruction &I : BB.instructionsWithoutDebug())
+      Instructions.push_back(&I);
+  return Instructions;
+}
+
 /// Are \p A and \p B the same instructions on the same operands, but for which
 /// one of \p Alike a call calls?
 static bool isSameBody(const Function &A, const Function &B,
                        const Ring &Alike) {
-  if (A.getFunctionType() != B.getFunctionType() || A.size() != B.size() ||
-      A.getInstructionCount() != B.getInstructionCount())
+  const auto InstsOfA = getInstructions(A), InstsOfB = getInstructions(B);
+  if (!hasSameInterface(A, B) || A.size() != B.size() ||
+      InstsOfA.size() != InstsOfB.size())
     return false;
 
   DenseMap<const Value *, const Value *> Counterpart;
   for (auto [ArgA, ArgB] : zip(A.args(), B.args()))
     Counterpart[&ArgA] = &ArgB;
-  for (auto [BlockA, BlockB] : zip(A, B)) {
-    if (BlockA.size() != BlockB.size())
-      return false;
+  for (auto [BlockA, BlockB] : zip(A, B))
     Counterpart[&BlockA] = &BlockB;
-    for (auto [InstA, InstB] : zip(BlockA, BlockB))
-      Counterpart[&InstA] = &InstB;
-  }
+  for (auto [InstA, InstB] : zip(InstsOfA, InstsOfB))
+    Counterpart[InstA] = InstB;
   auto IsSameValue = [&](const Value *ValueA, const Value *ValueB) {
     auto It = Counterpart.find(ValueA);
     return (It != Counterpart.end() ? It->second : ValueA) == ValueB;
   };
 
-  for (auto [InstA, InstB] : zip(instructions(A), instructions(B))) {
-    if (!InstA.isSameOperationAs(&InstB) ||
-        !InstA.hasSameSubclassOptionalData(&InstB))
+  for (auto [InstA, InstB] : zip(InstsOfA, InstsOfB)) {
+    if (!IsSameValue(InstA->getParent(), InstB->getParent()) ||
+        !InstA->isSameOperationAs(InstB) ||
+        !InstA->hasSameSubclassOptionalData(InstB) ||
+        !hasSameMetadata(*InstA, *InstB))
       return false;
-    const auto *CallA = dyn_cast<CallInst>(&InstA);
-    for (auto [UseA, UseB] : zip(InstA.operands(), InstB.operands())) {
+    const auto *CallA = dyn_cast<CallInst>(InstA);
+    for (auto [UseA, UseB] : zip(InstA->operands(), InstB->operands())) {
       if (IsSameValue(UseA, UseB))
         continue;
       auto *CalleeA = dyn_cast<Function>(UseA);
@@ -138,8 +175,9 @@ static bool isSameBody(const Function &A, const Function &B,
           !Alike.contains(const_cast<Function *>(CalleeB)))
         return false;
     }
-    if (const auto *PhiA = dyn_cast<PHINode>(&InstA))
-      for (auto [InA, InB] : zip(PhiA->blocks(), cast<PHINode>(InstB).blocks()))
+    if (const auto *PhiA = dyn_cast<PHINode>(InstA))
+      for (auto [InA, InB] :
+           zip(PhiA->blocks(), cast<PHINode>(InstB)->blocks()))
         if (!IsSameValue(InA, InB))
           return false;
   }
@@ -181,8 +219,8 @@ static ArgumentTuple getConstantArguments(const CallInst &Call,
     auto *C = dyn_cast<Constant>(Call.getArgOperand(A.getArgNo()));
     // Undefined values differ from use to use, and so do the addresses of
     // thread-local variables from thread to thread.
-    if (C && (!isReplaceable(A) || C->containsUndefOrPoisonElement() ||
-              C->isThreadDependent()))
+    if (C && (!isReplaceable(A) || isa<UndefValue>(C) ||
+              C->containsUndefOrPoisonElement() || C->isThreadDependent()))
       C = nullptr;
     Tuple.push_back(C);
   }
@@ -287,6 +325,18 @@ static SmallString<64> getCloneName(const Function &Pattern,
   return Name;
 }
 
+static bool replacesPointer(const ArgumentTuple &Tuple) {
+  return any_of(Tuple,
+                [](Constant *C) { return C && C->getType()->isPointerTy(); });
+}
+
+/// \p Effects of a function that does not get at its memory by its arguments
+/// any more but by the name of a global.
+static MemoryEffects withoutArguments(MemoryEffects Effects) {
+  return Effects | MemoryEffects(MemoryEffects::Other,
+                                 Effects.getModRef(MemoryEffects::ArgMem));
+}
+
 Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
   // Two functions must not share one DISubprogram, and the pruning clone does
   // not make a new one as CloneFunction does: go through a plain copy, which
@@ -305,6 +355,8 @@ Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
   Clone->copyMetadata(Source, 0);
   // No link of the ring any more.
   Clone->removeFnAttr(EligibleMark);
+  if (replacesPointer(Tuple))
+    Clone->setMemoryEffects(withoutArguments(Clone->getMemoryEffects()));
 
   ValueToValueMapTy VMap;
   for (auto [Formal, New, C] : zip(Source->args(), Clone->args(), Tuple)) {
@@ -326,11 +378,11 @@ Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
   // Whether the next clone fits is decided before it is known how much of it
   // folds away.
   if (Specializations.size() > MaxClonesPerRing ||
-      Pattern->getInstructionCount() > SizeLeft)
+      getCodeSize(*Pattern) > SizeLeft)
     return nullptr;
 
   Function *Clone = clonePattern(Tuple);
-  SizeLeft -= std::min(SizeLeft, Clone->getInstructionCount());
+  SizeLeft -= std::min(SizeLeft, getCodeSize(*Clone));
   Entry->second = Clone;
   Clones.push_back(Clone);
   for (CallInst *Call : findCalls(*Clone, [this](Function &Callee) {
@@ -355,11 +407,15 @@ bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
       continue;
     if (Function *Clone = getSpecialization(Tuple)) {
       Call->setCalledFunction(Clone);
+      if (replacesPointer(Tuple) &&
+          Call->getAttributes().hasFnAttr(Attribute::Memory))
+        Call->setMemoryEffects(
+            withoutArguments(Call->getAttributes().getMemoryEffects()));
       Changed = true;
     }
   }
   // Callees are made after their callers, but for those that close a cycle.
-  planInlining(Clones, MaxInlinedSize);
+  planInlining(Clones, MaxInlinedSize, SizeLeft);
   return Changed;
 }
 

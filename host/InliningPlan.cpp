@@ -10,14 +10,29 @@
 
 using namespace llvm;
 
-void llvm::planInlining(ArrayRef<Function *> Group, unsigned MaxInlinedSize) {
+unsigned llvm::getCodeSize(const Function &F) {
+  unsigned Size = 0;
+  for (const BasicBlock &BB : F)
+    Size += BB.sizeWithoutDebug();
+  return Size;
+}
+
+/// What inlining \p F, of size \p Size, everywhere adds to the program.  The
+/// function itself goes away.
+static uint64_t getGrowth(const Function &F, unsigned Size) {
+  const unsigned Calls = F.getNumUses();
+  return Calls > 1 ? uint64_t(Calls - 1) * Size : 0;
+}
+
+void llvm::planInlining(ArrayRef<Function *> Group, unsigned MaxInlinedSize,
+                        unsigned &GrowthLeft) {
   const SmallPtrSet<Function *, 16> Members(Group.begin(), Group.end());
   SmallPtrSet<Function *, 16> ClosesCycle;
   // What inlining a member adds to its caller; 0 if it is not inlined.
   DenseMap<Function *, unsigned> AddedSize;
 
   for (Function *F : reverse(Group)) {
-    unsigned Size = F->getInstructionCount();
+    unsigned Size = getCodeSize(*F);
     for (Instruction &I : instructions(*F)) {
       auto *Call = dyn_cast<CallInst>(&I);
       Function *Callee = Call ? Call->getCalledFunction() : nullptr;
@@ -29,7 +44,11 @@ void llvm::planInlining(ArrayRef<Function *> Group, unsigned MaxInlinedSize) {
       else
         Size = SaturatingAdd(Size, Added->second);
     }
-    const bool Inlined = Size <= MaxInlinedSize && !ClosesCycle.contains(F);
+    const uint64_t Growth = getGrowth(*F, Size);
+    const bool Inlined = Size <= MaxInlinedSize && Growth <= GrowthLeft &&
+                         !ClosesCycle.contains(F);
+    if (Inlined)
+      GrowthLeft -= Growth;
     AddedSize[F] = Inlined ? Size : 0;
     F->removeFnAttr(Inlined ? Attribute::NoInline : Attribute::AlwaysInline);
     F->addFnAttr(Inlined ? Attribute::AlwaysInline : Attribute::NoInline);

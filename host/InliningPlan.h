@@ -26,11 +26,17 @@ namespace llvm {
 
 class Function;
 
+/// The instructions of \p F, debug intrinsics left out.
+unsigned getCodeSize(const Function &F);
+
 /// Marks every function of \p Group `alwaysinline` if its size with all that is
 /// inlined into it is at most \p MaxInlinedSize (instructions), else
 /// `noinline`.  Callers stand before their callees in \p Group; a function that
 /// is called from one behind it (a cycle is closed) is marked `noinline`.
-void planInlining(ArrayRef<Function *> Group, unsigned MaxInlinedSize);
+/// Inlining a function that is called from several places makes more code: that
+/// is taken from \p GrowthLeft (instructions), and not done when none is left.
+void planInlining(ArrayRef<Function *> Group, unsigned MaxInlinedSize,
+                  unsigned &GrowthLeft);
 
 } // namespace llvm
 

@@ -2,9 +2,12 @@
 
 #include "Pipeline.h"
 #include "../pass/InlineRecursion.h"
+#include "CallRepair.h"
 #include "LoopHints.h"
 #include "ObservedRun.h"
 #include "Printer.h"
+#include "Promotion.h"
+#include "Protection.h"
 #include "Remarks.h"
 #include "Requests.h"
 #include "RingInlining.h"
@@ -21,9 +24,12 @@ static constexpr StringLiteral PassName = "inlinerecursion";
 static constexpr StringLiteral PrinterName = "print<inlinerecursion>";
 static constexpr StringLiteral RequestsName = "inlinerecursion-requests";
 static constexpr StringLiteral ChainLoopsName = "inlinerecursion-chain-loops";
+static constexpr StringLiteral ProtectionName = "inlinerecursion-protect";
+static constexpr StringLiteral CallRepairName = "inlinerecursion-repair";
 static constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
 static constexpr StringLiteral CutRecurrencesName =
     "inlinerecursion-cut-recurrences";
+static constexpr StringLiteral PromotionName = "inlinerecursion-promotion";
 static constexpr StringLiteral RingInliningName =
     "inlinerecursion-ring-inlining";
 static constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";
@@ -40,8 +46,13 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
     return InlineRecursionPass(Level).run(M, MAM);
 
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
-  auto EmitRemark = [](Function &F, InlineRecursion::InlineRecursionCosting *,
-                       const Verdict &V) { emitRemark(F, V); };
+  auto EmitRemark = [](Function &F,
+                       InlineRecursion::InlineRecursionCosting *Costing,
+                       const Verdict &V) {
+    if (Costing)
+      emitAnalysis(*Costing);
+    emitRemark(F, V);
+  };
   return runObserved(M, FAM, Level, EmitRemark) ? PreservedAnalyses::none()
                                                 : PreservedAnalyses::all();
 }
@@ -101,8 +112,11 @@ llvm::inlinerecursion::parsePassParameters(StringRef Text,
 /// The whole way of a module through the plugin.
 static void addPipeline(ModulePassManager &MPM,
                         const PassParameters &Parameters) {
+  MPM.addPass(PromotionPass());
   MPM.addPass(RequestsPass(Parameters.FindRequests));
+  MPM.addPass(ProtectionPass());
   MPM.addPass(PluginPass(Parameters.Level));
+  MPM.addPass(CallRepairPass());
   MPM.addPass(RingInliningPass());
   MPM.addPass(ChainLoopsPass());
 }
@@ -137,6 +151,24 @@ static ArrayRef<NamedPass> getNamedPasses() {
        {/*Level=*/false, /*FindRequests=*/true},
        [](ModulePassManager &MPM, const PassParameters &Parameters) {
          MPM.addPass(RequestsPass(Parameters.FindRequests));
+       }},
+      {ProtectionName,
+       ProtectionPass::name(),
+       {/*Level=*/false, /*FindRequests=*/false},
+       [](ModulePassManager &MPM, const PassParameters &) {
+         MPM.addPass(ProtectionPass());
+       }},
+      {CallRepairName,
+       CallRepairPass::name(),
+       {/*Level=*/false, /*FindRequests=*/false},
+       [](ModulePassManager &MPM, const PassParameters &) {
+         MPM.addPass(CallRepairPass());
+       }},
+      {PromotionName,
+       PromotionPass::name(),
+       {/*Level=*/false, /*FindRequests=*/false},
+       [](ModulePassManager &MPM, const PassParameters &) {
+         MPM.addPass(PromotionPass());
        }},
       {RingInliningName,
        RingInliningPass::name(),

@@ -2,6 +2,7 @@
 
 #include "Remarks.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/Analysis/ScalarEvolutionExpressions.h"
 #include "llvm/IR/Module.h"
 
 using namespace llvm;
@@ -13,6 +14,32 @@ static const char *const RemarkPassName = "inlinerecursion";
 bool llvm::inlinerecursion::areRemarksEnabled(const Module &M) {
   return OptimizationRemarkEmitter::allowExtraAnalysis(M.getContext(),
                                                        RemarkPassName);
+}
+
+void llvm::inlinerecursion::emitAnalysis(
+    InlineRecursion::InlineRecursionCosting &Costing) {
+  using ore::NV;
+  Function &F = *Costing.F;
+  OptimizationRemarkEmitter ORE(&F);
+  if (!ORE.allowExtraAnalysis(RemarkPassName))
+    return;
+  OptimizationRemarkAnalysis Remark(RemarkPassName, "Costing", &F);
+  Remark << "'" << NV("Callee", &F) << "' has "
+         << NV("Blocks", Costing.NumOfBlocks) << " blocks, "
+         << NV("Instructions", Costing.NumOfInsts) << " instructions, "
+         << NV("Branches", Costing.NumOfBranches) << " branches, "
+         << NV("Calls", Costing.NumOfFunctionCalls) << " calls, "
+         << NV("SelfCalls", Costing.NumOfRecursiveCalls) << " self calls, "
+         << NV("CallSites", Costing.NumOfCandidateFunCallSiteInMod)
+         << " call sites in the module";
+  if (const auto *Depth =
+          cast_or_null<SCEVConstant>(Costing.estimateRecursionDepth()))
+    Remark << ", recursion depth "
+           << NV("Depth", unsigned(Depth->getAPInt().getZExtValue()));
+  if (const auto Estimate = Costing.estimateInlineBenefit())
+    Remark << ", benefit " << NV("Benefit", unsigned(Estimate->Benefit))
+           << " against " << NV("Limit", Estimate->Limit);
+  ORE.emit(Remark);
 }
 
 template <typename RemarkT>

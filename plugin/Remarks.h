@@ -3,7 +3,8 @@
 /// \file
 /// One remark for every directly recursive function, under the pass name
 /// "inlinerecursion": what -Rpass (accepted) and -Rpass-missed (refused) show,
-/// and what optimisation records contain.
+/// and what optimisation records contain.  -Rpass-analysis adds the counts of
+/// those that were costed.
 ///
 //===----------------------------------------------------------------------===//
 
@@ -17,6 +18,9 @@ namespace inlinerecursion {
 
 /// Does anybody listen?  Nothing is worked out for remarks otherwise.
 bool areRemarksEnabled(const Module &M);
+
+/// Tells the counts that \p Costing is based on.
+void emitAnalysis(InlineRecursion::InlineRecursionCosting &Costing);
 
 /// Tells what was decided about \p F, at its location in the source.
 void emitRemark(Function &F, const Verdict &V);

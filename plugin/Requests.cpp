@@ -2,6 +2,7 @@
 
 #include "Requests.h"
 #include "../pass/InlineRecursion.h"
+#include "Protection.h"
 #include "Remarks.h"
 #include "SingleRun.h"
 #include "Verdict.h"
@@ -85,7 +86,7 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
 
   for (Function &F : M) {
     if (!Driver.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
-        !isDirectlyRecursive(F))
+        !isDirectlyRecursive(F) || isNotToBeInlined(F))
       continue;
     F.addFnAttr(Request);
     // The gate marks what it accepts; that is for the pass to say.
@@ -108,26 +109,71 @@ static bool hasConstantEntry(const Function &F) {
   });
 }
 
-static void withdrawUnprofitable(Module &M) {
+/// The direct calls of \p F in itself.
+static SmallVector<CallInst *, 4> findSelfCalls(Function &F) {
+  SmallVector<CallInst *, 4> Calls;
+  for (User *U : F.users())
+    if (auto *Call = dyn_cast<CallInst>(U))
+      if (Call->getCalledFunction() == &F && Call->getFunction() == &F)
+        Calls.push_back(Call);
+  return Calls;
+}
+
+/// Does nothing happen to the result of \p Call but one operation that can be
+/// done beforehand, as in `return n + f(n - 1)`?  Tail recursion elimination
+/// turns such a call into a trip of a loop, with an accumulator.
+static bool isAccumulating(const CallInst &Call) {
+  const Instruction *Operation = Call.getNextNonDebugInstruction();
+  if (!Operation || !isa<BinaryOperator>(Operation) ||
+      !Operation->isAssociative() || !Operation->isCommutative() ||
+      !is_contained(Operation->operands(), &Call) || !Call.hasOneUse() ||
+      !Operation->hasOneUse())
+    return false;
+  const Value *Result = Operation;
+  const Instruction *Next = Operation->getNextNonDebugInstruction();
+  if (const auto *Branch = dyn_cast<BranchInst>(Next)) {
+    const auto *Phi = dyn_cast<PHINode>(*Operation->user_begin());
+    if (!Branch->isUnconditional() || !Phi ||
+        Phi->getParent() != Branch->getSuccessor(0))
+      return false;
+    Result = Phi;
+    Next = Phi->getParent()->getFirstNonPHIOrDbg();
+  }
+  const auto *Return = dyn_cast<ReturnInst>(Next);
+  return Return && Return->getReturnValue() == Result;
+}
+
+/// Why a ring of \p F, which requests one, is not built; none if it is.
+static std::optional<Verdict> judgeRequest(Function &F) {
+  const SmallVector<CallInst *, 4> SelfCalls = findSelfCalls(F);
+  if (any_of(SelfCalls,
+             [](const CallInst *Call) { return isAccumulating(*Call); })) {
+    Verdict V(false, "AccumulatingRecursion");
+    V << "request withdrawn, without a ring the recursion becomes a loop that "
+         "needs no stack";
+    return V;
+  }
+  if (SelfCalls.size() > MaxSelfCallsOfOpenRing && !hasConstantEntry(F)) {
+    Verdict V(false, "RequestWithdrawn");
+    V << "request withdrawn, it calls itself in "
+      << ore::NV("SelfCalls", unsigned(SelfCalls.size()))
+      << " places, more than " << ore::NV("Limit", MaxSelfCallsOfOpenRing)
+      << ", and no constant enters it from outside";
+    return V;
+  }
+  return std::nullopt;
+}
+
+static void withdrawRequests(Module &M) {
   for (Function &F : M) {
-    if (!F.hasFnAttribute(Request) || F.isDeclaration() || hasConstantEntry(F))
+    if (!F.hasFnAttribute(Request) || F.isDeclaration())
       continue;
-    const unsigned SelfCalls = count_if(F.users(), [&F](const User *U) {
-      const auto *Call = dyn_cast<CallInst>(U);
-      return Call && Call->getCalledFunction() == &F &&
-             Call->getFunction() == &F;
-    });
-    if (SelfCalls <= MaxSelfCallsOfOpenRing)
+    std::optional<Verdict> V = judgeRequest(F);
+    if (!V)
       continue;
     F.removeFnAttr(Request);
-    if (areRemarksEnabled(M)) {
-      Verdict V(false, "RequestWithdrawn");
-      V << "request withdrawn, it calls itself in "
-        << ore::NV("SelfCalls", SelfCalls) << " places, more than "
-        << ore::NV("Limit", MaxSelfCallsOfOpenRing)
-        << ", and no constant enters it from outside";
-      emitRemark(F, V);
-    }
+    if (areRemarksEnabled(M))
+      emitRemark(F, *V);
   }
 }
 
@@ -136,7 +182,7 @@ PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   if (FindRequests)
     markAcceptable(
         M, MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager());
-  withdrawUnprofitable(M);
+  withdrawRequests(M);
   // No analysis reads these attributes.
   return PreservedAnalyses::all();
 }

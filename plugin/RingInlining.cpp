@@ -30,6 +30,11 @@ static cl::opt<unsigned> SizeUnrollableLoop(
              "of constant trip count stands around a self call "
              "(instructions)"));
 
+static cl::opt<unsigned> MaxGrowth(
+    "inlinerecursion-ring-growth", cl::init(10000), cl::Hidden,
+    cl::desc("Most code that inlining copies of rings adds to a module "
+             "(instructions)"));
+
 /// A loop of more trips is not unrolled completely for the sake of its call.
 static constexpr unsigned MaxUnrollableTrips = 16;
 
@@ -57,8 +62,9 @@ PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
   if (M.empty())
     return PreservedAnalyses::all();
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  unsigned GrowthLeft = MaxGrowth;
   for (const CloneChain &Chain : findChains(M, &*M.begin()))
     if (Chain.isRing())
-      planInlining(Chain.Copies, getSizeLimit(Chain, FAM));
+      planInlining(Chain.Copies, getSizeLimit(Chain, FAM), GrowthLeft);
   return PreservedAnalyses::all();
 }

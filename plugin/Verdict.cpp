@@ -2,6 +2,7 @@
 
 #include "Verdict.h"
 #include "../host/RecursionDepthEstimator.h"
+#include "Protection.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/ScopeExit.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
@@ -39,6 +40,8 @@ bool llvm::inlinerecursion::isDirectlyRecursive(const Function &F) {
 static Verdict refuse(StringRef Name) { return Verdict(false, Name); }
 
 std::optional<Verdict> llvm::inlinerecursion::judgeFilter(const Function &F) {
+  if (const ProtectionReason *Protection = getProtection(F))
+    return refuse(Protection->Name) << Protection->Text;
   if (F.hasFnAttribute("llvm.recurse.clone"))
     return refuse("AlreadyChained") << "it was chained before";
   if (F.hasOptNone())

@@ -54,6 +54,8 @@ config.substitutions += [
     ("%clangxx", llvm_tool("clang++")),
     ("%clang", llvm_tool("clang")),
     ("%lld", llvm_tool("ld.lld")),
+    ("%flang", llvm_tool("flang-new")),
+    ("%llvm_libs", os.path.join(config.llvm_tools_dir, "..", "lib")),
     ("%python", python),
     # IR functions with exact counts; see the docstrings of the two scripts.
     ("%bulk", f"{python} {os.path.join(tools, 'bulk.py')}"),

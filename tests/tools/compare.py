@@ -4,7 +4,7 @@
                --chained NAME=LEVELS ... SOURCE ...
 
 The reference is the program compiled by the plain compiler at -O2. Every build
-with the plugin, at each level from 1 to 4 and each of -O1, -O2 and -O3, must
+with the plugin, at each level from 0 to 4 and each of -O1, -O2 and -O3, must
 print the same and exit with the same status. C sources are compiled by clang
 and anything else by clang++; several sources make one program.
 
@@ -25,7 +25,7 @@ import shlex
 import subprocess
 import sys
 
-LEVELS = "1234"
+LEVELS = "01234"
 OPT_LEVELS = ("O1", "O2", "O3")
 RUN_LIMIT_SECONDS = 60
 

@@ -1,7 +1,6 @@
 """Regenerates the tables of docs/ring-ranges.md with opt and compares them.
 
-    ring_ranges.py --opt OPT --plugin FILE DOCUMENT
-    ring_ranges.py --opt OPT --plugin FILE --update DOCUMENT
+    ring_ranges.py [--update] DOCUMENT OPT -load-pass-plugin=FILE [OPTION ...]
 
 Whether a recursion over `n % K` becomes a ring, and of how many copies, hangs on
 the range that ScalarEvolution knows for the remainder, which is not always the
@@ -46,16 +45,16 @@ def run(command, text):
     return done.stderr
 
 
-def measure(opt, plugin, cases):
+def measure(opt, cases):
     """{case: (range as text, depth or None)}."""
     names = {}
     text = ""
     for case in cases:
         names[case], body = function(*case)
         text += body
-    passes = [opt, f"-load-pass-plugin={plugin}", "-disable-output", "-"]
-    printed = run([*passes, "-passes=print<scalar-evolution>"], text)
-    remarks = run([*passes, "-passes=inlinerecursion",
+    opt = [*opt, "-disable-output", "-"]
+    printed = run([*opt, "-passes=print<scalar-evolution>"], text)
+    remarks = run([*opt, "-passes=inlinerecursion",
                    "-maximum-clone-limit-inline-recursion=100000",
                    "-pass-remarks=inlinerecursion"], text)
     ranges = dict(re.findall(
@@ -73,10 +72,9 @@ def cell(range_and_depth):
     return f"{text} | {depth or 'refused'}"
 
 
-def tables(opt, plugin):
+def tables(opt):
     """{header line: rows}."""
-    # In its width, a literal must be a number that the width can write: -1 and
-    # 1 are the same bit of an i1.
+    # A literal that the type cannot write is no IR.
     def fits(width, constant):
         return constant < 2 ** width
 
@@ -85,7 +83,7 @@ def tables(opt, plugin):
     cases |= {(operation, width, constant) for operation in OPERATIONS
               for width in WIDTHS for constant in (1, 2, 4)
               if fits(width, constant)}
-    measured = measure(opt, plugin, sorted(cases))
+    measured = measure(opt, sorted(cases))
     by_constant = [
         f"| {constant} | " + " | ".join(
             cell(measured[operation, 32, constant])
@@ -119,15 +117,16 @@ def rewrite(document, wanted):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--opt", required=True)
-    parser.add_argument("--plugin", required=True)
     parser.add_argument("--update", action="store_true")
     parser.add_argument("document")
+    parser.add_argument("opt", nargs=argparse.REMAINDER)
     args = parser.parse_args()
 
+    if not args.opt:
+        parser.error("no opt is given, with the plugin loaded into it")
     with open(args.document, encoding="utf-8") as file:
         document = file.read()
-    wanted = rewrite(document, tables(args.opt, args.plugin))
+    wanted = rewrite(document, tables(args.opt))
     if args.update:
         with open(args.document, "w", encoding="utf-8") as file:
             file.write(wanted)

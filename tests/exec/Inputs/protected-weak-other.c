@@ -1,0 +1,1 @@
+unsigned replaced(unsigned N) { return 42 + N; }

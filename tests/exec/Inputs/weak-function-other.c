@@ -1,0 +1,1 @@
+int answer(unsigned N) { return 42 + (int)N; }

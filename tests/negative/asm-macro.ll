@@ -1,0 +1,17 @@
+; A macro in inline assembly cannot be defined twice either.
+; RUN: %opt -passes='inlinerecursion-pipeline<level=3>' -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='f.recurse.clone' --implicit-check-not=inlinerecursion-protected --implicit-check-not=remark:
+
+; CHECK: remark: <unknown>:0:0: 'f' not chained: inline assembly in it defines a symbol
+; CHECK: define internal {{.*}}@taken.recurse.clone(
+
+define i32 @f(i32 %n) {
+  %m = sub i32 %n, 1
+  %r = call i32 @f(i32 %m)
+  call void asm sideeffect "\09.macro twice\0A nop\0A nop\0A.endm", ""()
+  ret i32 %r
+}
+define i32 @taken(i32 %n) {
+  %m = sub i32 %n, 1
+  %r = call i32 @taken(i32 %m)
+  ret i32 %r
+}

@@ -1,0 +1,20 @@
+; A function that is called with an operand bundle from outside is left alone.
+; RUN: %opt -passes='inlinerecursion-pipeline<level=3>' -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='f.recurse.clone' --implicit-check-not=inlinerecursion-protected --implicit-check-not=remark:
+
+; CHECK: remark: <unknown>:0:0: 'f' not chained: a call of it carries an operand bundle
+; CHECK: define internal {{.*}}@taken.recurse.clone(
+
+define i32 @f(i32 %n) {
+  %m = sub i32 %n, 1
+  %r = call i32 @f(i32 %m)
+  ret i32 %r
+}
+define i32 @caller(i32 %n) {
+  %r = call i32 @f(i32 %n) [ "deopt"(i32 7) ]
+  ret i32 %r
+}
+define i32 @taken(i32 %n) {
+  %m = sub i32 %n, 1
+  %r = call i32 @taken(i32 %m)
+  ret i32 %r
+}

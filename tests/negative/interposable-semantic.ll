@@ -1,0 +1,18 @@
+; Under semantic interposition only a function that is known to be local to the library is chained.
+; RUN: %opt -passes='inlinerecursion-pipeline<level=3>' -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='f.recurse.clone' --implicit-check-not=inlinerecursion-protected --implicit-check-not=remark:
+
+; CHECK: remark: <unknown>:0:0: 'f' not chained: another definition may take its place
+; CHECK: define internal {{.*}}@taken.recurse.clone(
+
+define i32 @f(i32 %n) {
+  %m = sub i32 %n, 1
+  %r = call i32 @f(i32 %m)
+  ret i32 %r
+}
+define dso_local i32 @taken(i32 %n) {
+  %m = sub i32 %n, 1
+  %r = call i32 @taken(i32 %m)
+  ret i32 %r
+}
+!llvm.module.flags = !{!0}
+!0 = !{i32 1, !"SemanticInterposition", i32 1}

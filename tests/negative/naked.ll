@@ -1,0 +1,15 @@
+; A function without prologue and epilogue is left alone.
+; RUN: %opt -passes='inlinerecursion-pipeline<level=3>' -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='f.recurse.clone' --implicit-check-not=inlinerecursion-protected --implicit-check-not=remark:
+
+; CHECK: remark: <unknown>:0:0: 'f' not chained: it has no prologue and epilogue (naked)
+; CHECK: define internal {{.*}}@taken.recurse.clone(
+
+define i32 @f(i32 %n) naked {
+  %r = call i32 @f(i32 1)
+  unreachable
+}
+define i32 @taken(i32 %n) {
+  %m = sub i32 %n, 1
+  %r = call i32 @taken(i32 %m)
+  ret i32 %r
+}
