@@ -30,8 +30,8 @@ TEST(PassParametersTest, NothingGivenMeansDefaults) {
 }
 
 TEST(PassParametersTest, TheLastOneOfAKindHolds) {
-  Expected<PassParameters> Parameters =
-      parsePassParameters("level=1;no-find-requests;level=4;find-requests", All);
+  Expected<PassParameters> Parameters = parsePassParameters(
+      "level=1;no-find-requests;level=4;find-requests", All);
   ASSERT_TRUE(bool(Parameters));
   EXPECT_EQ(Parameters->Level, 4);
   EXPECT_TRUE(Parameters->FindRequests);
@@ -47,8 +47,7 @@ TEST(PassParametersTest, ErrorsNameTheParameter) {
   EXPECT_EQ(errorOf("level=1", {false, true}),
             "unknown parameter 'level=1'; known: find-requests "
             "no-find-requests");
-  EXPECT_EQ(errorOf("x", {false, false}),
-            "unknown parameter 'x'; known: none");
+  EXPECT_EQ(errorOf("x", {false, false}), "unknown parameter 'x'; known: none");
 }
 
 // Recursions of different depths, so that a depth that leaks from one thread
@@ -84,7 +83,7 @@ rec:
   %m = sub i32 %n, 1
   %v = add i32 %u, %k
   %r = call i32 @around(i32 %m, i32 %v)
-  %p = xor i32 %r, %n
+  %p = sub i32 %n, %r
   ret i32 %p
 }
 define i32 @go(i32 %u) {

@@ -242,7 +242,7 @@ TEST_F(SpecializeActionTest, TheSizeIsCountedForTheWholeModule) {
 /// What planInlining() says about the functions of a module, in the order of
 /// \p Names, as a string of `i` (inlined) and `-`.
 std::string plan(const std::string &Text, const std::vector<std::string> &Names,
-                 unsigned MaxInlinedSize,
+                 unsigned MaxInlinedSize, unsigned GrowthLeft = ~0U,
                  function_ref<void(TestModule &)> Prepare = {}) {
   TestModule TM(Text);
   if (Prepare)
@@ -250,7 +250,6 @@ std::string plan(const std::string &Text, const std::vector<std::string> &Names,
   std::vector<Function *> Group;
   for (const std::string &Name : Names)
     Group.push_back(&TM.function(Name));
-  unsigned GrowthLeft = 100000;
   planInlining(Group, MaxInlinedSize, GrowthLeft);
   std::string Result;
   for (Function *F : Group) {
@@ -314,12 +313,12 @@ TEST(InliningPlanTest, EarlierMarksAreOverridden) {
     TM.function("a").addFnAttr(Attribute::AlwaysInline);
     TM.function("b").addFnAttr(Attribute::NoInline);
   };
-  EXPECT_EQ(plan(calls("b", {}) + calls("a", {"b"}, 50), {"a", "b"}, 10, Mark),
-            "-i");
+  EXPECT_EQ(
+      plan(calls("b", {}) + calls("a", {"b"}, 50), {"a", "b"}, 10, ~0U, Mark),
+      "-i");
 }
 
 TEST(InliningPlanTest, SizesSaturate) {
-  // With two calls in each, the size of level k is above 2^k.
   std::string Text = calls("f0", {}, 2);
   std::vector<std::string> Names = {"f0"};
   for (unsigned I = 1; I != 70; ++I) {
@@ -327,13 +326,18 @@ TEST(InliningPlanTest, SizesSaturate) {
     Names.insert(Names.begin(), "f" + std::to_string(I));
     Text += calls(Names.front(), {Below, Below, Below});
   }
-  // Wrapped around, some of them would be small again.
-  const unsigned NoLimit = std::numeric_limits<unsigned>::max();
-  EXPECT_EQ(plan(Text, Names, NoLimit), std::string(70, 'i'));
-  const std::string Limited = plan(Text, Names, NoLimit - 1);
-  // Level k has 5 * 3^k - 2 instructions, which fits into 32 bits up to level
-  // 18; the level behind the first that does not starts anew.
-  EXPECT_EQ(Limited.substr(70 - 21), "i-" + std::string(19, 'i'));
+  // Level k has 5 * 3^k - 2 instructions and three calls.  Up to level 17 all
+  // of that fits into what 32 bits can count; wrapped around, the next ones
+  // would seem to fit as well.
+  const std::string Plan = plan(Text, Names, ~0U);
+  EXPECT_EQ(Plan.substr(70 - 20), "i-" + std::string(18, 'i'));
+}
+
+TEST(InliningPlanTest, GrowthIsTakenFromTheBudget) {
+  // Three instructions, called three times: inlined, six more of them.
+  const std::string Text = calls("f0", {}, 2) + calls("f1", {"f0", "f0", "f0"});
+  EXPECT_EQ(plan(Text, {"f1", "f0"}, 100, 6).back(), 'i');
+  EXPECT_EQ(plan(Text, {"f1", "f0"}, 100, 5).back(), '-');
 }
 
 } // namespace

@@ -36,8 +36,8 @@ static unsigned long long hailstone(unsigned long long N) {
   if (N <= 1)
     return 0;
   if (Rest)
-    return hailstone(3 * N + 1) + 1;
-  return hailstone(N / 2) + 1;
+    return hailstone(3 * N + 1) * 3 + 1;
+  return hailstone(N / 2) * 5 + 1;
 }
 
 struct Node {
@@ -59,7 +59,7 @@ INLINERECURSION_SPECIALIZE __attribute__((noinline)) int count(T Character,
   std::putchar(Character + Rest);
   if (N == 0)
     return std::putchar('\n');
-  return count<T>(Character, N - 1) + static_cast<int>(Rest);
+  return count<T>(Character, N - 1) * 3 + static_cast<int>(Rest);
 }
 
 int main() {

@@ -12,7 +12,7 @@ static int apply(unsigned N, void *Next) {
     return Next == (void *)apply ? 100 : 7;
   if (Rest == 2)
     return ((Function)Next)(N - 1, Next) + 1;
-  return apply(N - 1, Next) * 2;
+  return apply(N - 1, Next) * 2 + 1;
 }
 
 static int other(unsigned N, void *Next) { return (int)N + apply(N / 2, Next); }

@@ -10,7 +10,7 @@ static unsigned climb(unsigned N, unsigned Odd) {
   if (N == 400)
     return Rest;
   if (Odd)
-    return climb(N + 1, Odd) + 1;
+    return climb(N + 1, Odd) * 5 + 1;
   return climb(N + 2, Odd) * 3 + Rest;
 }
 

@@ -15,7 +15,7 @@ __attribute__((target("avx2"))) static int shuffle(unsigned N) {
   Vectors[Rest] = _mm256_shuffle_epi8(Vectors[Rest], Vectors[(Rest + 1) % 4]);
   if (N == 0)
     return _mm256_movemask_epi8(Vectors[0]);
-  return shuffle(N - 1) + (int)Rest;
+  return shuffle(N - 1) * 3 + (int)Rest;
 }
 
 static int isSupported(void) { return __builtin_cpu_supports("avx2"); }

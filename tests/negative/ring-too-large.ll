@@ -16,6 +16,6 @@ rec:
   %m = sub i32 %n, 1
   %a = call i32 @f(i32 %m)
   %b = call i32 @f(i32 %rest)
-  %sum = add i32 %a, %b
+  %sum = sub i32 %a, %b
   ret i32 %sum
 }

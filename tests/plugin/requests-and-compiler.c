@@ -9,11 +9,11 @@ void use(unsigned);
 INLINERECURSION_SPECIALIZE
 int asked(unsigned N) {
   use(N % 4);
-  return N ? asked(N - 1) + 1 : 0;
+  return N ? asked(N - 1) * 3 + 1 : 0;
 }
 
 // FOUND: requests-and-compiler.c:[[#@LINE+1]]:1: remark: 'found' rebuilt as a ring of 8 copies, as requested
 int found(unsigned N) {
   use(N % 8);
-  return N ? found(N - 1) + 1 : 0;
+  return N ? found(N - 1) * 3 + 1 : 0;
 }
