@@ -12,7 +12,8 @@ CLANG is clang or clang++.
 A pass that does nothing keeps every program intact, so the test also says what
 has to happen: --ring NAME, that the symbol NAME is rebuilt as a ring in every
 one of these builds, as told by the plugin's remarks. --no-ring NAME says never,
-and that it is rebuilt as a chain never either. Other functions are free.
+and that it is rebuilt as a chain never either; --chain-at-most NAME leaves it the
+chain. Other functions are free.
 
 Compilers run with a limit on memory and time, as inlining around a ring may grow
 without bounds if the plan of it is wrong. Prints the first difference it finds,
@@ -71,9 +72,10 @@ def main():
     parser.add_argument("--flag", action="append", default=[])
     parser.add_argument("--ring", action="append", default=[])
     parser.add_argument("--no-ring", action="append", default=[])
+    parser.add_argument("--chain-at-most", action="append", default=[])
     parser.add_argument("sources", nargs="+")
     args = parser.parse_args()
-    if not args.ring and not args.no_ring:
+    if not args.ring and not args.no_ring and not args.chain_at_most:
         sys.exit("compare_rings.py: nothing is expected; say --ring NAME or"
                  " --no-ring NAME")
 
@@ -102,6 +104,10 @@ def main():
         for name in args.no_ring:
             if name in shapes:
                 sys.exit(f"compare_rings.py: '{name}' is a {shapes[name]} at"
+                         f" level {level}, -{opt}\n{shlex.join(command)}")
+        for name in args.chain_at_most:
+            if shapes.get(name) == "ring":
+                sys.exit(f"compare_rings.py: '{name}' is a ring at"
                          f" level {level}, -{opt}\n{shlex.join(command)}")
         got = behaviour(program)
         if got != wanted:
