@@ -371,6 +371,16 @@ Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
   return Clone;
 }
 
+/// What constants are worth following for in \p F: terminators that have a
+/// choice, and remainders, which the ring was built for.
+static unsigned countDecisions(Function &F) {
+  return count_if(instructions(F), [](const Instruction &I) {
+    return (I.isTerminator() && I.getNumSuccessors() > 1) ||
+           I.getOpcode() == Instruction::URem ||
+           I.getOpcode() == Instruction::SRem;
+  });
+}
+
 Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
   auto [Entry, Inserted] = Specializations.try_emplace(Tuple, nullptr);
   if (!Inserted)
@@ -385,10 +395,13 @@ Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
   SizeLeft -= std::min(SizeLeft, getCodeSize(*Clone));
   Entry->second = Clone;
   Clones.push_back(Clone);
-  for (CallInst *Call : findCalls(*Clone, [this](Function &Callee) {
-         return Members.contains(&Callee);
-       }))
-    Worklist.push_back(Call);
+  // Where the constants decide nothing, what they lead to decides nothing
+  // either: an accumulator beside an open argument goes on for ever.
+  if (countDecisions(*Clone) < countDecisions(*Pattern))
+    for (CallInst *Call : findCalls(*Clone, [this](Function &Callee) {
+           return Members.contains(&Callee);
+         }))
+      Worklist.push_back(Call);
   return Clone;
 }
 

@@ -29,10 +29,12 @@
 /// matter which of them a call was meant for.
 ///
 /// The worklist ends when no new tuple appears, which for a bounded recursion
-/// is the base case and for cyclic arguments the closing of the cycle.  Where
-/// arguments grow for ever the budgets end it, and the calls left over simply
-/// keep calling the ring.  A specialisation is thus never required: whatever
-/// subset of the calls is redirected, the program computes the same.
+/// is the base case and for cyclic arguments the closing of the cycle.  Behind
+/// a specialisation in which the constants decided no branch it is not followed
+/// any further.  Where arguments grow for ever the budgets end it.  The calls
+/// left over simply keep calling the ring.  A specialisation is thus never
+/// required: whatever subset of the calls is redirected, the program computes
+/// the same.
 ///
 /// The idea is that of LLVM's FunctionSpecialization.cpp, which does not look
 /// behind the first call of a recursion and bounds its clones by profit.

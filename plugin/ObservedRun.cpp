@@ -2,6 +2,7 @@
 
 #include "ObservedRun.h"
 #include "CloneChain.h"
+#include "Requests.h"
 #include "llvm/ADT/SetVector.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"
@@ -13,10 +14,14 @@ using namespace llvm::inlinerecursion;
 using ore::NV;
 
 static Verdict describeRing(const CloneChain &Ring) {
+  const Attribute Request =
+      Ring.Origin->getFnAttribute("specialize-inline-recursion-function");
   Verdict V(true, "Chained");
   V << NV("Shape", "ring") << " of "
     << NV("Copies", unsigned(Ring.Copies.size()))
-    << (Ring.Copies.size() == 1 ? " copy" : " copies") << ", as requested";
+    << (Ring.Copies.size() == 1 ? " copy" : " copies")
+    << (Request.getValueAsString() == FoundRequest ? ", without being asked"
+                                                   : ", as requested");
   return V;
 }
 

@@ -86,9 +86,9 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
 
   for (Function &F : M) {
     if (!Driver.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
-        !isDirectlyRecursive(F) || isNotToBeInlined(F))
+        !isDirectlyRecursive(F) || findWish(F))
       continue;
-    F.addFnAttr(Request);
+    F.addFnAttr(Request, FoundRequest);
     // The gate marks what it accepts; that is for the pass to say.
     if (Driver.isSpecializeAllowed(&F))
       F.removeFnAttr(Eligible);

@@ -8,7 +8,8 @@
 /// A request in the source is an annotation of the same text, which clang
 /// records in the global `llvm.global.annotations`; the record stays as it is.
 /// Requests can also be found: directly recursive functions that the pass would
-/// accept if they asked, and that may be inlined.
+/// accept if they asked, unless the source wishes for no copies (see
+/// Protection.h).  The attribute's value tells the two apart.
 ///
 /// A request is withdrawn, with a remark, in two cases:
 ///
@@ -25,10 +26,14 @@
 #ifndef INLINERECURSION_PLUGIN_REQUESTS_H
 #define INLINERECURSION_PLUGIN_REQUESTS_H
 
+#include "llvm/ADT/StringRef.h"
 #include "llvm/IR/PassManager.h"
 
 namespace llvm {
 namespace inlinerecursion {
+
+/// The attribute's value where nobody asked.
+constexpr StringLiteral FoundRequest = "found";
 
 /// Is `inlinerecursion-find-requests` given on the command line?
 bool isFindingRequestsEnabled();

@@ -12,7 +12,7 @@ int asked(unsigned N) {
   return N ? asked(N - 1) * 3 + 1 : 0;
 }
 
-// FOUND: requests-and-compiler.c:[[#@LINE+1]]:1: remark: 'found' rebuilt as a ring of 8 copies, as requested
+// FOUND: requests-and-compiler.c:[[#@LINE+1]]:1: remark: 'found' rebuilt as a ring of 8 copies, without being asked
 int found(unsigned N) {
   use(N % 8);
   return N ? found(N - 1) * 3 + 1 : 0;

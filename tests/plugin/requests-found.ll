@@ -51,6 +51,14 @@ define i32 @not_to_optimise(i32 %n) optnone noinline {
   ret i32 %x
 }
 
-; FOUND-DAG: attributes [[REQUESTED]] = { "specialize-inline-recursion-function" }
+; CHECK: define i32 @not_to_grow(i32 %n) [[OPTSIZE:#[0-9]+]] {
+define i32 @not_to_grow(i32 %n) optsize {
+  %r = urem i32 %n, 4
+  %x = call i32 @not_to_grow(i32 %r)
+  ret i32 %x
+}
+
+; FOUND-DAG: attributes [[REQUESTED]] = { "specialize-inline-recursion-function"="found" }
 ; CHECK-DAG: attributes [[NORECURSE]] = { norecurse }
+; CHECK-DAG: attributes [[OPTSIZE]] = { optsize }
 ; CHECK-DAG: attributes [[OPTNONE]] = { noinline optnone }
