@@ -13,6 +13,7 @@
 #include "llvm/IR/IntrinsicInst.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
+#include "llvm/Support/DebugCounter.h"
 #include "llvm/Support/MathExtras.h"
 
 using namespace llvm;
@@ -24,8 +25,11 @@ static cl::opt<unsigned> MaxFunctionSize(
     cl::desc("Largest recursive function that copies are made of "
              "(instructions)"));
 
+DEBUG_COUNTER(FunctionCounter, "inlinerecursion-function",
+              "Controls which recursive functions copies are made of");
+
 static cl::opt<unsigned> MaxFrameSize(
-    "inlinerecursion-max-frame-size", cl::init(1024), cl::Hidden,
+    "inlinerecursion-max-frame-size", cl::init(128), cl::Hidden,
     cl::desc("Largest size of the local variables in memory of a recursive "
              "function that copies are made of (bytes)"));
 
@@ -287,6 +291,12 @@ static const ProtectionReason NotRecursive = {
       return !F.hasFnAttribute(Request) && !isDirectlyRecursive(F);
     }};
 
+/// By -debug-counter, to find the one function whose chain makes a difference.
+static const ProtectionReason SkippedByCounter = {
+    "SkippedByCounter", "the debug counter skips it", [](const Function &) {
+      return !DebugCounter::shouldExecute(FunctionCounter);
+    }};
+
 static const ProtectionReason *
 findFirst(ArrayRef<ProtectionReason> Reasons,
           function_ref<bool(const ProtectionReason &)> Wanted) {
@@ -316,6 +326,8 @@ llvm::inlinerecursion::getProtection(const Function &F) {
     return Hazard;
   if (const auto *Wish = findFirst(Wishes, IsNamed))
     return Wish;
+  if (const auto *Skipped = findFirst(SkippedByCounter, IsNamed))
+    return Skipped;
   return findFirst(NotRecursive, IsNamed);
 }
 
@@ -341,7 +353,11 @@ static const ProtectionReason *findReason(const Function &F) {
     return &NotRecursive;
   if (const ProtectionReason *Hazard = findHazard(F))
     return Hazard;
-  return F.hasFnAttribute(Request) ? nullptr : findWish(F);
+  if (const ProtectionReason *Wish = findWish(F);
+      Wish && !F.hasFnAttribute(Request))
+    return Wish;
+  // Last, so that it counts what the pass may otherwise have.
+  return SkippedByCounter.Holds(F) ? &SkippedByCounter : nullptr;
 }
 
 //===----------------------------------------------------------------------===//
