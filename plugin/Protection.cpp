@@ -29,7 +29,7 @@ DEBUG_COUNTER(FunctionCounter, "inlinerecursion-function",
               "Controls which recursive functions copies are made of");
 
 static cl::opt<unsigned> MaxFrameSize(
-    "inlinerecursion-max-frame-size", cl::init(128), cl::Hidden,
+    "inlinerecursion-max-frame-size", cl::init(256), cl::Hidden,
     cl::desc("Largest size of the local variables in memory of a recursive "
              "function that copies are made of (bytes)"));
 
