@@ -1,8 +1,8 @@
 //===- ring.h - what the ring kernels share ---------------------*- C++ -*-===//
 //
 // A ring kernel's recursive function starts with a remainder of its argument by
-// a constant and lets that remainder decide what the activation does, so as
-// many copies as the divisor has remainders, linked to a ring, know it.
+// a constant and lets that remainder decide what the activation does. As many
+// copies are linked to a ring as the compiler's bound of the remainder says.
 //
 // INLINERECURSION_SPECIALIZE requests that by an annotation. It comes from the
 // plugin's own header where the include path has it, and is empty elsewhere: a

@@ -1,8 +1,10 @@
 // class: ring
 //
-// Completes a puzzle of 8 x 8 cells with boxes of 4 x 2; the remainder is a
-// mask with seven. Here because nothing but constants are gained: the remainder
-// itself is free. The recursion starts at a value read at run time.
+// Completes a puzzle of 8 x 8 cells with boxes of 4 x 2. The index is unsigned,
+// so that its remainder by eight is bounded by eight and the ring has a copy for
+// each column. Here because nothing but constants are gained: the remainder
+// itself is free.
+// The recursion starts at a value read at run time.
 
 #define RING_OPAQUE_START
 

@@ -1,8 +1,8 @@
 // class: ring
 //
-// Completes a puzzle of 9 x 9 cells; the argument is the cell, remainders by
-// nine and three. Here because a remainder by nine costs a multiplication, and
-// with nine copies it, the box and the column's mask are constants.
+// Completes a puzzle of 9 x 9 cells; the argument is the cell. Its remainder by
+// nine is bounded too loosely for a ring, the one by three gives four copies.
+// Here because constants are gained for row, column and box.
 // The recursion starts at a value read at run time.
 
 #define RING_OPAQUE_START
