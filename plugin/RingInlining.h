@@ -5,8 +5,8 @@
 /// costs: with two self calls per body the code doubles with every link.  This
 /// pass runs behind it and plans the inlining anew, with a limit.
 ///
-/// What limit pays depends on the shape (bench/kernels/ring_*, with the start
-/// of the recursion unknown, run time relative to plain clang):
+/// What limit pays depends on the shape (benchmarks/kernels/ring_*, with the
+/// start of the recursion unknown, run time relative to plain clang):
 ///
 ///   - One self call: the code grows with the number of copies only, and the
 ///     longer the inlined stretch the better (a state machine runs in 0.65 at
