@@ -2,6 +2,7 @@
 
 #include "Pipeline.h"
 #include "../pass/InlineRecursion.h"
+#include "Auto.h"
 #include "CallRepair.h"
 #include "LoopHints.h"
 #include "ObservedRun.h"
@@ -23,6 +24,7 @@ using namespace llvm::inlinerecursion;
 static constexpr StringLiteral PassName = "inlinerecursion";
 static constexpr StringLiteral PrinterName = "print<inlinerecursion>";
 static constexpr StringLiteral RequestsName = "inlinerecursion-requests";
+static constexpr StringLiteral AutoName = "inlinerecursion-auto";
 static constexpr StringLiteral ChainLoopsName = "inlinerecursion-chain-loops";
 static constexpr StringLiteral ProtectionName = "inlinerecursion-protect";
 static constexpr StringLiteral CallRepairName = "inlinerecursion-repair";
@@ -72,10 +74,51 @@ void RequestsPass::printPipeline(raw_ostream &OS,
   OS << RequestsName << "<" << (FindRequests ? "" : "no-") << "find-requests>";
 }
 
-PassParameters::PassParameters() : FindRequests(isFindingRequestsEnabled()) {}
+PassParameters::PassParameters()
+    : FindRequests(isFindingRequestsEnabled()), Auto(isAutoEnabled()) {}
 
 static Error makeParameterError(const Twine &Message) {
   return createStringError(inconvertibleErrorCode(), Message);
+}
+
+/// Reads `Name=N` into \p Value.  False if \p Parameter is something else; an
+/// error if N is no number.
+static Expected<bool> parseLimit(StringRef Parameter, StringRef Name,
+                                 unsigned &Value) {
+  StringRef Number = Parameter;
+  if (!Number.consume_front(Name) || !Number.consume_front("="))
+    return false;
+  if (Number.getAsInteger(10, Value))
+    return makeParameterError("invalid number in parameter '" + Parameter +
+                              "'; " + Name + " is a number from 0 on");
+  return true;
+}
+
+/// Reads one of the limits into \p Limits; else as above.
+static Expected<bool> parseLimits(StringRef Parameter, AutoLimits &Limits) {
+  const std::pair<StringRef, unsigned *> Known[] = {
+      {"copies", &Limits.Copies},
+      {"function-growth", &Limits.FunctionGrowth},
+      {"module-growth", &Limits.ModuleGrowth}};
+  for (auto [Name, Value] : Known) {
+    Expected<bool> Found = parseLimit(Parameter, Name, *Value);
+    if (!Found || *Found)
+      return Found;
+  }
+  return false;
+}
+
+static std::string listKnown(AcceptedParameters Accepted) {
+  std::string Known;
+  if (Accepted.Level)
+    Known += " level=N";
+  if (Accepted.FindRequests)
+    Known += " find-requests no-find-requests";
+  if (Accepted.Auto)
+    Known += " auto no-auto";
+  if (Accepted.Limits)
+    Known += " copies=N function-growth=N module-growth=N";
+  return Known.empty() ? " none" : Known;
 }
 
 Expected<PassParameters>
@@ -91,20 +134,26 @@ llvm::inlinerecursion::parsePassParameters(StringRef Text,
           Parameters.Level > 4)
         return makeParameterError("invalid level in parameter '" + Parameter +
                                   "'; a level is a number from 0 to 4");
-    } else if (Accepted.FindRequests && Parameter == "find-requests") {
-      Parameters.FindRequests = true;
-    } else if (Accepted.FindRequests && Parameter == "no-find-requests") {
-      Parameters.FindRequests = false;
-    } else {
-      std::string Known;
-      if (Accepted.Level)
-        Known += " level=N";
-      if (Accepted.FindRequests)
-        Known += " find-requests no-find-requests";
-      return makeParameterError(
-          "unknown parameter '" + Parameter +
-          "'; known:" + (Known.empty() ? " none" : Known));
+      continue;
     }
+    if (Accepted.FindRequests &&
+        (Parameter == "find-requests" || Parameter == "no-find-requests")) {
+      Parameters.FindRequests = Parameter == "find-requests";
+      continue;
+    }
+    if (Accepted.Auto && (Parameter == "auto" || Parameter == "no-auto")) {
+      Parameters.Auto = Parameter == "auto";
+      continue;
+    }
+    if (Accepted.Limits) {
+      Expected<bool> Found = parseLimits(Parameter, Parameters.Limits);
+      if (!Found)
+        return Found.takeError();
+      if (*Found)
+        continue;
+    }
+    return makeParameterError("unknown parameter '" + Parameter +
+                              "'; known:" + listKnown(Accepted));
   }
   return Parameters;
 }
@@ -116,8 +165,10 @@ static void addPipeline(ModulePassManager &MPM,
   MPM.addPass(RequestsPass(Parameters.FindRequests));
   MPM.addPass(ProtectionPass());
   MPM.addPass(PluginPass(Parameters.Level));
-  MPM.addPass(CallRepairPass());
   MPM.addPass(RingInliningPass());
+  if (Parameters.Auto)
+    MPM.addPass(AutoPass(Parameters.Limits));
+  MPM.addPass(CallRepairPass());
   MPM.addPass(ChainLoopsPass());
 }
 
@@ -136,13 +187,13 @@ static ArrayRef<NamedPass> getNamedPasses() {
   static const NamedPass Passes[] = {
       {PassName,
        PluginPass::name(),
-       {/*Level=*/true, /*FindRequests=*/false},
+       {/*Level=*/true},
        [](ModulePassManager &MPM, const PassParameters &Parameters) {
          MPM.addPass(PluginPass(Parameters.Level));
        }},
       {PrinterName,
        PrinterPass::name(),
-       {/*Level=*/true, /*FindRequests=*/false},
+       {/*Level=*/true},
        [](ModulePassManager &MPM, const PassParameters &Parameters) {
          MPM.addPass(PrinterPass(Parameters.Level));
        }},
@@ -154,35 +205,45 @@ static ArrayRef<NamedPass> getNamedPasses() {
        }},
       {ProtectionName,
        ProtectionPass::name(),
-       {/*Level=*/false, /*FindRequests=*/false},
+       {},
        [](ModulePassManager &MPM, const PassParameters &) {
          MPM.addPass(ProtectionPass());
        }},
       {CallRepairName,
        CallRepairPass::name(),
-       {/*Level=*/false, /*FindRequests=*/false},
+       {},
        [](ModulePassManager &MPM, const PassParameters &) {
          MPM.addPass(CallRepairPass());
        }},
       {PromotionName,
        PromotionPass::name(),
-       {/*Level=*/false, /*FindRequests=*/false},
+       {},
        [](ModulePassManager &MPM, const PassParameters &) {
          MPM.addPass(PromotionPass());
        }},
       {RingInliningName,
        RingInliningPass::name(),
-       {/*Level=*/false, /*FindRequests=*/false},
+       {},
        [](ModulePassManager &MPM, const PassParameters &) {
          MPM.addPass(RingInliningPass());
        }},
       {ChainLoopsName,
        ChainLoopsPass::name(),
-       {/*Level=*/false, /*FindRequests=*/false},
+       {},
        [](ModulePassManager &MPM, const PassParameters &) {
          MPM.addPass(ChainLoopsPass());
        }},
-      {PipelineName, "", {/*Level=*/true, /*FindRequests=*/true}, addPipeline},
+      {AutoName,
+       AutoPass::name(),
+       {/*Level=*/false, /*FindRequests=*/false, /*Auto=*/false,
+        /*Limits=*/true},
+       [](ModulePassManager &MPM, const PassParameters &Parameters) {
+         MPM.addPass(AutoPass(Parameters.Limits));
+       }},
+      {PipelineName,
+       "",
+       {/*Level=*/true, /*FindRequests=*/true, /*Auto=*/true, /*Limits=*/true},
+       addPipeline},
   };
   return Passes;
 }

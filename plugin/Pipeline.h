@@ -10,6 +10,7 @@
 #ifndef INLINERECURSION_PLUGIN_PIPELINE_H
 #define INLINERECURSION_PLUGIN_PIPELINE_H
 
+#include "Auto.h"
 #include "llvm/IR/PassManager.h"
 #include "llvm/Support/Error.h"
 
@@ -43,14 +44,21 @@ struct PassParameters {
   /// `find-requests` or `no-find-requests`; without either, the option
   /// `inlinerecursion-find-requests` decides.
   bool FindRequests;
+  /// `auto` or `no-auto`; without either, the option `inlinerecursion-auto`
+  /// decides.
+  bool Auto;
+  /// `copies=N`, `function-growth=N`, `module-growth=N`.
+  AutoLimits Limits;
 
   PassParameters();
 };
 
 /// Which of them a pass takes.
 struct AcceptedParameters {
-  bool Level;
-  bool FindRequests;
+  bool Level = false;
+  bool FindRequests = false;
+  bool Auto = false;
+  bool Limits = false;
 };
 
 /// Reads \p Text, parameters separated by semicolons.  Returns an error that

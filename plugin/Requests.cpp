@@ -4,6 +4,7 @@
 #include "../pass/InlineRecursion.h"
 #include "Protection.h"
 #include "Remarks.h"
+#include "SelfCalls.h"
 #include "SingleRun.h"
 #include "Verdict.h"
 #include "llvm/ADT/STLExtras.h"
@@ -109,45 +110,11 @@ static bool hasConstantEntry(const Function &F) {
   });
 }
 
-/// The direct calls of \p F in itself.
-static SmallVector<CallInst *, 4> findSelfCalls(Function &F) {
-  SmallVector<CallInst *, 4> Calls;
-  for (User *U : F.users())
-    if (auto *Call = dyn_cast<CallInst>(U))
-      if (Call->getCalledFunction() == &F && Call->getFunction() == &F)
-        Calls.push_back(Call);
-  return Calls;
-}
-
-/// Does nothing happen to the result of \p Call but one operation that can be
-/// done beforehand, as in `return n + f(n - 1)`?  Tail recursion elimination
-/// turns such a call into a trip of a loop, with an accumulator.
-static bool isAccumulating(const CallInst &Call) {
-  const Instruction *Operation = Call.getNextNonDebugInstruction();
-  if (!Operation || !isa<BinaryOperator>(Operation) ||
-      !Operation->isAssociative() || !Operation->isCommutative() ||
-      !is_contained(Operation->operands(), &Call) || !Call.hasOneUse() ||
-      !Operation->hasOneUse())
-    return false;
-  const Value *Result = Operation;
-  const Instruction *Next = Operation->getNextNonDebugInstruction();
-  if (const auto *Branch = dyn_cast<BranchInst>(Next)) {
-    const auto *Phi = dyn_cast<PHINode>(*Operation->user_begin());
-    if (!Branch->isUnconditional() || !Phi ||
-        Phi->getParent() != Branch->getSuccessor(0))
-      return false;
-    Result = Phi;
-    Next = Phi->getParent()->getFirstNonPHIOrDbg();
-  }
-  const auto *Return = dyn_cast<ReturnInst>(Next);
-  return Return && Return->getReturnValue() == Result;
-}
-
 /// Why a ring of \p F, which requests one, is not built; none if it is.
 static std::optional<Verdict> judgeRequest(Function &F) {
-  const SmallVector<CallInst *, 4> SelfCalls = findSelfCalls(F);
+  const SmallVector<CallBase *, 4> SelfCalls = findSelfCalls(F);
   if (any_of(SelfCalls,
-             [](const CallInst *Call) { return isAccumulating(*Call); })) {
+             [](const CallBase *Call) { return isAccumulating(*Call); })) {
     Verdict V(false, "AccumulatingRecursion");
     V << "request withdrawn, without a ring the recursion becomes a loop that "
          "needs no stack";

@@ -30,6 +30,10 @@ unsigned llvm::inlinerecursion::getPassOption(StringRef Name) {
   return findPassOption(Name);
 }
 
+void llvm::inlinerecursion::setPassOption(StringRef Name, unsigned Value) {
+  findPassOption(Name) = Value;
+}
+
 bool llvm::inlinerecursion::isDirectlyRecursive(const Function &F) {
   return any_of(F.users(), [&F](const User *U) {
     const auto *Call = dyn_cast<CallBase>(U);

@@ -61,6 +61,9 @@ Verdict judgeCosting(InlineRecursion::InlineRecursionCosting Costing,
 /// The current value of the unsigned option \p Name of the pass.
 unsigned getPassOption(StringRef Name);
 
+/// Sets the unsigned option \p Name of the pass.
+void setPassOption(StringRef Name, unsigned Value);
+
 } // namespace inlinerecursion
 } // namespace llvm
 

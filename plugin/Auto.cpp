@@ -1,0 +1,214 @@
+//===- Auto.cpp - Rings that nobody asked for -----------------------------===//
+
+#include "Auto.h"
+#include "../pass/InlineRecursion.h"
+#include "AutoPolicy.h"
+#include "Remarks.h"
+#include "SelfCalls.h"
+#include "SingleRun.h"
+#include "Verdict.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/ScopeExit.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/IR/Dominators.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Support/CommandLine.h"
+#include "llvm/Transforms/Scalar/TailRecursionElimination.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using ore::NV;
+
+static cl::opt<bool> AutoOption(
+    "inlinerecursion-auto", cl::init(true), cl::Hidden,
+    cl::desc("Build rings of copies also for recursive functions that the "
+             "pass refuses, where that pays"));
+
+static cl::opt<unsigned>
+    MaxCopies("inlinerecursion-auto-copies", cl::init(7), cl::Hidden,
+              cl::desc("Most copies in a ring that nobody asked for (copies)"));
+
+static cl::opt<unsigned> MaxFunctionGrowth(
+    "inlinerecursion-auto-function-growth", cl::init(400), cl::Hidden,
+    cl::desc("Most code that such a ring adds for one function "
+             "(instructions)"));
+
+static cl::opt<unsigned> MaxModuleGrowth(
+    "inlinerecursion-auto-module-growth", cl::init(2000), cl::Hidden,
+    cl::desc("Most code that such rings add to a module, if its share of the "
+             "module is not larger (instructions)"));
+
+static cl::opt<unsigned> ModuleShare(
+    "inlinerecursion-auto-module-share", cl::init(1), cl::Hidden,
+    cl::desc("Most code that such rings add to a large module (percent of its "
+             "instructions)"));
+
+bool llvm::inlinerecursion::isAutoEnabled() { return AutoOption; }
+
+AutoLimits::AutoLimits()
+    : Copies(MaxCopies), FunctionGrowth(MaxFunctionGrowth),
+      ModuleGrowth(MaxModuleGrowth) {}
+
+/// Lets the calls of \p From in \p Caller call \p To, which has its type.
+static void redirectCalls(Function &From, Function &To,
+                          const Function &Caller) {
+  for (Use &U : make_early_inc_range(From.uses())) {
+    auto *Call = dyn_cast<CallBase>(U.getUser());
+    if (Call && Call->isCallee(&U) && Call->getCalledFunction() == &From &&
+        Call->getFunction() == &Caller)
+      Call->setCalledFunction(&To);
+  }
+}
+
+/// Has the driver build \p Count copies of \p F, linked as a ring.
+static SmallVector<Function *, 4> buildCopies(Function &F, unsigned Count,
+                                              InlineRecursion &Driver) {
+  static constexpr StringLiteral DepthOption = "inline-recursion-depth";
+  auto RestoreDepth = make_scope_exit([Depth = getPassOption(DepthOption)] {
+    setPassOption(DepthOption, Depth);
+  });
+  setPassOption(DepthOption, Count);
+  SmallVector<Function *, 4> Copies;
+  for (unsigned Level = 0; Level != Count; ++Level)
+    Driver.transformInlineRecursion(&F, Level, Copies,
+                                    /*SpecializeAllowed=*/true);
+  return Copies;
+}
+
+/// Links copy \p K of \p Copies, which are copies of \p F.  What leads behind
+/// the last one enters the ring anew, by \p Entry.
+static void linkCopy(Function &F, ArrayRef<Function *> Copies, size_t K,
+                     bool Staggered, Function &Entry) {
+  Function &Linked = K + 1 == Copies.size() ? *Copies.front() : *Copies[K + 1];
+  redirectCalls(F, Linked, *Copies[K]);
+  for (auto [I, Call] : enumerate(findCalls(*Copies[K], Linked))) {
+    const size_t To = K + 1 + (Staggered && I > 0);
+    Call->setCalledFunction(To < Copies.size() ? Copies[To] : &Entry);
+  }
+}
+
+static void setInlined(Function &F, bool Inlined) {
+  F.removeFnAttr(Inlined ? Attribute::NoInline : Attribute::AlwaysInline);
+  F.addFnAttr(Inlined ? Attribute::AlwaysInline : Attribute::NoInline);
+}
+
+/// Builds what \p Plan says of \p F.
+static void buildRing(Function &F, const RecursionPlan &Plan,
+                      InlineRecursion &Driver) {
+  const SmallVector<Function *, 4> Copies = buildCopies(F, Plan.Copies, Driver);
+  Function &Head = *Copies.front();
+  Function &Entry = Plan.Guard ? buildGuard(F, *Plan.Guard, Head) : Head;
+  for (size_t K = 0; K != Copies.size(); ++K)
+    linkCopy(F, Copies, K, Plan.Staggered, Entry);
+
+  // The driver has led plain calls from outside to the first copy.
+  for (Function *Entered : {&F, &Head})
+    for (Use &U : make_early_inc_range(Entered->uses())) {
+      auto *Call = dyn_cast<CallBase>(U.getUser());
+      if (Call && Call->isCallee(&U) && Call->getCalledFunction() == Entered &&
+          Call->getFunction() != &Entry)
+        Call->setCalledFunction(&Entry);
+    }
+  if (Plan.Guard)
+    removeGuard(Head, F, *Plan.Guard);
+
+  for (Function *Copy : Copies)
+    setInlined(*Copy, Copy != &Head);
+  if (Plan.Guard)
+    setInlined(Entry, true);
+}
+
+namespace {
+/// What the module may still grow by (instructions).
+class GrowthBudget {
+public:
+  GrowthBudget(const Module &M, unsigned Least) {
+    uint64_t Size = 0;
+    for (const Function &F : M)
+      Size += F.getInstructionCount();
+    Limit = std::max<uint64_t>(Least, Size * ModuleShare / 100);
+  }
+
+  bool take(unsigned Growth) {
+    if (Used + Growth > Limit)
+      return false;
+    Used += Growth;
+    return true;
+  }
+
+  uint64_t getLimit() const { return Limit; }
+
+private:
+  uint64_t Limit;
+  uint64_t Used = 0;
+};
+} // namespace
+
+/// The plan for \p F, within \p Budget.
+static RecursionPlan planWithin(Function &F, FunctionAnalysisManager &FAM,
+                                const AutoBounds &Bounds,
+                                GrowthBudget &Budget) {
+  RecursionPlan Plan = AutoPolicy(F, FAM).makePlan(Bounds);
+  if (Plan.Kind == RecursionPlan::Nothing || Budget.take(Plan.Growth))
+    return Plan;
+  Verdict Refusal(false, "AutoModuleGrowth");
+  Refusal << "a ring of it would add " << NV("Growth", Plan.Growth)
+          << " instructions, and the module may not grow by more than "
+          << NV("Limit", Budget.getLimit());
+  return RecursionPlan(Refusal);
+}
+
+PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  SingleRun Alone;
+  auto GetSE = [&FAM](Function &F) {
+    return &FAM.getResult<ScalarEvolutionAnalysis>(F);
+  };
+  auto GetDT = [&FAM](Function &F) {
+    return &FAM.getResult<DominatorTreeAnalysis>(F);
+  };
+  InlineRecursion Driver;
+  Driver.SpecializeSeen = false;
+  Driver.SpecialDepthLimit = 0;
+  // A level that does not ask for copies to be inlined; that is done here.
+  Driver.OptLevel = 1;
+  Driver.CloneCount = 0;
+  Driver.GetSE = GetSE;
+  Driver.GetDT = GetDT;
+
+  SmallVector<Function *, 8> Candidates;
+  for (Function &F : M)
+    if (!F.isDeclaration() && Driver.isLegalToInlineRecursion(&F) &&
+        isDirectlyRecursive(F))
+      Candidates.push_back(&F);
+  if (Candidates.empty())
+    return PreservedAnalyses::all();
+
+  const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth};
+  const bool TellUser = areRemarksEnabled(M);
+  GrowthBudget Budget(M, Limits.ModuleGrowth);
+  bool Changed = false;
+  for (Function *F : Candidates) {
+    if (AutoPolicy(*F, FAM).wantsLoopsFirst()) {
+      FAM.invalidate(*F, TailCallElimPass().run(*F, FAM));
+      Changed = true;
+    }
+    const RecursionPlan Plan = planWithin(*F, FAM, Bounds, Budget);
+    if (TellUser)
+      emitRemark(*F, Plan.Decision);
+    if (Plan.Kind == RecursionPlan::Nothing)
+      continue;
+    buildRing(*F, Plan, Driver);
+    Changed = true;
+  }
+  return Changed ? PreservedAnalyses::none() : PreservedAnalyses::all();
+}
+
+void AutoPass::printPipeline(raw_ostream &OS,
+                             function_ref<StringRef(StringRef)>) {
+  OS << "inlinerecursion-auto<copies=" << Limits.Copies
+     << ";function-growth=" << Limits.FunctionGrowth
+     << ";module-growth=" << Limits.ModuleGrowth << ">";
+}

@@ -1,0 +1,294 @@
+//===- AutoPolicy.cpp - What pays without being asked ---------------------===//
+
+#include "AutoPolicy.h"
+#include "../host/InliningPlan.h"
+#include "../host/RecursionDepthEstimator.h"
+#include "SelfCalls.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/Dominators.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/IntrinsicInst.h"
+#include "llvm/Support/MathExtras.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using ore::NV;
+
+/// A guard that is larger than this is no better than the call that it saves.
+static constexpr unsigned MaxGuardSize = 30;
+
+/// With more self calls than this, most of them exclude each other (the cases
+/// of a switch), and copies of all of them only spread the branches.
+static constexpr unsigned MaxSelfCalls = 4;
+
+/// Local variables of all bodies that share a frame (bytes).
+static constexpr uint64_t MaxFusedFrame = 1024;
+
+static Verdict refuse(StringRef Name) { return Verdict(false, Name); }
+
+//===----------------------------------------------------------------------===//
+// What the self calls look like
+//===----------------------------------------------------------------------===//
+
+/// Does \p V depend on the result of one of \p Calls, by at most a few
+/// operations?
+static bool dependsOnResult(const Value *V, ArrayRef<CallBase *> Calls,
+                            unsigned Depth = 4) {
+  const auto *I = dyn_cast<Instruction>(V);
+  if (!I || Depth == 0)
+    return false;
+  if (is_contained(Calls, I))
+    return true;
+  return any_of(I->operands(), [&](const Use &Operand) {
+    return dependsOnResult(Operand, Calls, Depth - 1);
+  });
+}
+
+static bool hasVariablesInMemory(const Function &F) {
+  return any_of(instructions(F),
+                [](const Instruction &I) { return isa<AllocaInst>(I); });
+}
+
+/// By how much \p Call steps each argument of \p F; empty if not by constants.
+static SmallVector<const SCEVConstant *, 4>
+findSteps(const CallBase &Call, Function &F, ScalarEvolution &SE) {
+  SmallVector<const SCEVConstant *, 4> Steps;
+  for (Argument &A : F.args()) {
+    Value *Operand = Call.getArgOperand(A.getArgNo());
+    if (!SE.isSCEVable(A.getType()) || A.getType()->isPointerTy())
+      return {};
+    const auto *Step = dyn_cast<SCEVConstant>(
+        SE.getMinusSCEV(SE.getSCEV(Operand), SE.getSCEV(&A)));
+    if (!Step)
+      return {};
+    Steps.push_back(Step);
+  }
+  return Steps;
+}
+
+/// Does \p F do nothing but read, compute and call itself?
+static bool isPure(const Function &F) {
+  return none_of(instructions(F), [&F](const Instruction &I) {
+    if (const auto *Call = dyn_cast<CallBase>(&I))
+      return Call->getCalledFunction() != &F && !Call->doesNotAccessMemory() &&
+             !isa<DbgInfoIntrinsic>(Call);
+    if (const auto *Load = dyn_cast<LoadInst>(&I))
+      return !Load->isUnordered();
+    return I.mayHaveSideEffects();
+  });
+}
+
+/// Would calls at different places in two copies of \p F be equal?  They are
+/// where all steps are constants, in whatever order those are made.  One of two
+/// calls has to follow the other.
+///
+/// A recursion that accumulates is not turned into a loop then, so one of the
+/// other calls must recurse as deeply as that one: by steps that are not larger
+/// and in the same direction.
+static bool hasEqualCalls(Function &F, ArrayRef<CallBase *> Calls,
+                          FunctionAnalysisManager &FAM) {
+  if (Calls.size() < 2 || F.arg_empty() || !isPure(F))
+    return false;
+  auto &DT = FAM.getResult<DominatorTreeAnalysis>(F);
+  if (none_of(drop_begin(Calls), [&](const CallBase *Call) {
+        return DT.dominates(Calls.front(), Call);
+      }))
+    return false;
+
+  auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
+  SmallVector<SmallVector<const SCEVConstant *, 4>, 4> Steps;
+  for (const CallBase *Call : Calls) {
+    Steps.push_back(findSteps(*Call, F, SE));
+    if (Steps.back().empty())
+      return false;
+  }
+  auto IsNotLarger = [](const SCEVConstant *A, const SCEVConstant *B) {
+    return A->getAPInt().isNegative() == B->getAPInt().isNegative() &&
+           A->getAPInt().abs().ule(B->getAPInt().abs());
+  };
+  for (auto [Call, Step] : zip(Calls, Steps)) {
+    if (!isTailCall(*Call) && !isAccumulating(*Call))
+      continue;
+    const bool IsCovered = any_of(zip(Calls, Steps), [&, &Step = Step](auto P) {
+      const CallBase &Other = *std::get<0>(P);
+      return !isTailCall(Other) && !isAccumulating(Other) &&
+             all_of(zip(std::get<1>(P), Step), [&](auto Pair) {
+               return IsNotLarger(std::get<0>(Pair), std::get<1>(Pair));
+             });
+    });
+    if (!IsCovered)
+      return false;
+  }
+  return true;
+}
+
+bool AutoPolicy::wantsLoopsFirst() {
+  const SmallVector<CallBase *, 4> Calls = findSelfCalls(F);
+  SmallVector<CallBase *, 4> LoopCalls, OtherCalls;
+  for (CallBase *Call : Calls)
+    (isTailCall(*Call) || isAccumulating(*Call) ? LoopCalls : OtherCalls)
+        .push_back(Call);
+  if (LoopCalls.empty() || hasEqualCalls(F, Calls, FAM))
+    return false;
+  // Nothing is left to be copied then.
+  if (OtherCalls.empty())
+    return true;
+  // The lifetime of a variable ends behind an inlined call, which is no tail
+  // call any more.
+  if (hasVariablesInMemory(F))
+    return true;
+  return any_of(LoopCalls, [&](const CallBase *Call) {
+    return isAccumulating(*Call) || any_of(Call->args(), [&](const Use &Arg) {
+             return dependsOnResult(Arg, OtherCalls);
+           });
+  });
+}
+
+//===----------------------------------------------------------------------===//
+// The plan
+//===----------------------------------------------------------------------===//
+
+namespace {
+/// Bodies and instructions in a fused function.
+struct FusedSize {
+  uint64_t Bodies = 0;
+  uint64_t Instructions = 0;
+};
+} // namespace
+
+/// The size of the first of \p Copies copies of a body with \p SelfCalls self
+/// calls, once the others are inlined into it.
+static FusedSize estimateFusedSize(unsigned BodySize, unsigned SelfCalls,
+                                   unsigned GuardSize, unsigned Copies,
+                                   bool Staggered) {
+  // Of what a call of copy K becomes, K = Copies and behind being the guard.
+  SmallVector<FusedSize, 8> Sizes(Copies + 2, {0, GuardSize});
+  for (unsigned K = Copies; K-- != 0;) {
+    Sizes[K] = {1, BodySize};
+    for (unsigned Call = 0; Call != SelfCalls; ++Call) {
+      const FusedSize &Callee = Sizes[K + 1 + (Staggered && Call > 0)];
+      Sizes[K].Bodies += Callee.Bodies;
+      Sizes[K].Instructions += Callee.Instructions;
+    }
+  }
+  return Sizes.front();
+}
+
+static uint64_t getFrameSize(const Function &F) {
+  uint64_t Size = 0;
+  for (const Instruction &I : instructions(F))
+    if (const auto *Alloca = dyn_cast<AllocaInst>(&I))
+      if (auto Bits =
+              Alloca->getAllocationSizeInBits(F.getParent()->getDataLayout()))
+        Size = SaturatingAdd(Size, uint64_t(Bits->getKnownMinValue() / 8));
+  return Size;
+}
+
+/// What the inliner refuses, or multiplies at the wrong place.
+static std::optional<Verdict> findObstacle(const Function &F) {
+  if (F.isVarArg())
+    return refuse("AutoVariableArguments")
+           << "it takes variable arguments, which cannot be handed on";
+  if (F.callsFunctionThatReturnsTwice())
+    return refuse("AutoReturnsTwice")
+           << "it calls a function that returns twice, and is not inlined";
+  if (any_of(F.args(), [](const Argument &A) {
+        return A.hasPassPointeeByValueCopyAttr();
+      }))
+    return refuse("AutoByValue")
+           << "an argument is copied to the stack by every call";
+  return std::nullopt;
+}
+
+/// Why calls are not what \p F spends its time on: a loop without any stands in
+/// front of one or behind it.  What a leaf does in a loop is another matter.
+static std::optional<Verdict> findOtherWork(ArrayRef<CallBase *> Calls,
+                                            const LoopInfo &LI,
+                                            const DominatorTree &DT) {
+  auto IsInTheWay = [&](const Loop *L) {
+    return none_of(Calls, [L](const CallBase *C) { return L->contains(C); }) &&
+           any_of(Calls, [&](const CallBase *C) {
+             return DT.dominates(L->getHeader(), C->getParent()) ||
+                    DT.dominates(C->getParent(), L->getHeader());
+           });
+  };
+  if (none_of(LI.getLoopsInPreorder(), IsInTheWay))
+    return std::nullopt;
+  return refuse("AutoWorkInLoop")
+         << "it has a loop of its own beside its self calls";
+}
+
+RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
+  if (std::optional<Verdict> Obstacle = findObstacle(F))
+    return RecursionPlan(*Obstacle);
+
+  const SmallVector<CallBase *, 4> Calls = findSelfCalls(F);
+  if (Calls.empty())
+    return RecursionPlan(refuse("AutoLoop") << "its recursion becomes a loop");
+  if (Calls.size() > MaxSelfCalls)
+    return RecursionPlan(refuse("AutoSelfCalls")
+                         << "it calls itself in "
+                         << NV("SelfCalls", unsigned(Calls.size()))
+                         << " places, more than " << NV("Limit", MaxSelfCalls));
+  if (std::optional<Verdict> Reason =
+          findOtherWork(Calls, FAM.getResult<LoopAnalysis>(F),
+                        FAM.getResult<DominatorTreeAnalysis>(F)))
+    return RecursionPlan(*Reason);
+
+  RecursionDepthEstimator Estimator(&F,
+                                    &FAM.getResult<ScalarEvolutionAnalysis>(F),
+                                    &FAM.getResult<DominatorTreeAnalysis>(F));
+  Estimator.canEstimateRecursionDepth();
+  if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
+    return RecursionPlan(refuse("AutoDeclined") << Reason);
+
+  const unsigned BodySize = getCodeSize(F);
+  const uint64_t FrameSize = getFrameSize(F);
+  RecursionPlan Plan(Verdict(true, "AutoRing"));
+  Plan.Kind = RecursionPlan::Ring;
+  unsigned MaxCopies = Bounds.Copies;
+  const bool MergesCalls = hasEqualCalls(F, Calls, FAM);
+  if (MergesCalls) {
+    MaxCopies = std::min(MaxCopies, 2u);
+  } else {
+    Plan.Guard = findEntryGuard(F, MaxGuardSize);
+    Plan.Staggered = true;
+  }
+
+  // The more copies the better, as long as they fit.
+  for (unsigned Copies = 2; Copies <= MaxCopies; ++Copies) {
+    const FusedSize Size = estimateFusedSize(BodySize, Calls.size(),
+                                             Plan.Guard ? Plan.Guard->Size : 1,
+                                             Copies, Plan.Staggered);
+    if (Size.Instructions > Bounds.FunctionGrowth ||
+        Size.Bodies * FrameSize > MaxFusedFrame)
+      break;
+    Plan.Copies = Copies;
+    Plan.Growth = Size.Instructions;
+  }
+  if (Plan.Copies == 0)
+    return RecursionPlan(refuse("AutoTooLarge")
+                         << "two copies of its " << NV("Instructions", BodySize)
+                         << " instructions and " << NV("FrameSize", FrameSize)
+                         << " bytes of variables, inlined at "
+                         << NV("SelfCalls", unsigned(Calls.size()))
+                         << " self calls, would take more than "
+                         << NV("Limit", Bounds.FunctionGrowth)
+                         << " instructions or "
+                         << NV("FrameLimit", MaxFusedFrame) << " bytes");
+
+  Plan.Decision << NV("Shape", "ring") << " of " << NV("Copies", Plan.Copies)
+                << " copies without being asked, "
+                << (MergesCalls  ? "so that equal calls merge, "
+                    : Plan.Guard ? "with its first test in front of calls, "
+                                 : "")
+                << "growing by about " << NV("Growth", Plan.Growth)
+                << " instructions";
+  return Plan;
+}

@@ -1,0 +1,91 @@
+//===- AutoPolicy.h - What pays without being asked -------------*- C++ -*-===//
+//
+/// \file
+/// The pass takes one shape of recursion.  For what it refuses, this policy
+/// decides between nothing, a chain and a ring, and how many copies.  It reads
+/// and changes nothing; AutoPass builds what it says.
+///
+/// Four things make a ring pay, or not (figures: docs/what-it-tells.md):
+///
+///  - The test that ends the recursion is put in front of the calls that close
+///    the ring (see CallGuard.h).  Without it, the copies of a fused body are
+///    entered for nothing as often as their number divides the depth badly.
+///  - What tail recursion elimination turns into a loop is left to it.  An
+///    accumulator, because otherwise the recursion would need stack; a tail
+///    call whose arguments are results of other self calls, because copies of
+///    it know nothing.
+///  - The second and later self calls of a body skip a copy.  The calls that
+///    close the ring then stand at different depths, and no argument is
+///    unlucky: towers of Hanoi swung by 2.3x between neighbouring heights with
+///    four copies linked one after another, and swing by 1.2x with seven.
+///  - Equal calls merge: where nothing is written, and the arguments step by
+///    constants, f(n-1) and f(n-2) share f(n-3).  Two copies without a guard,
+///    so that the calls are unconditional where it matters, leave that to
+///    common subexpression elimination.
+///
+/// The body is multiplied by the self calls with every copy, so the number of
+/// copies is what the bound on growth leaves room for.  Where that is less than
+/// two, calls are not what the function spends its time on.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_AUTOPOLICY_H
+#define INLINERECURSION_PLUGIN_AUTOPOLICY_H
+
+#include "CallGuard.h"
+#include "Verdict.h"
+#include "llvm/IR/PassManager.h"
+
+namespace llvm {
+namespace inlinerecursion {
+
+/// What is to be built of one function.
+struct RecursionPlan {
+  enum Shape { Nothing, Chain, Ring };
+
+  Shape Kind = Nothing;
+  /// At least 2 unless Kind is Nothing.
+  unsigned Copies = 0;
+  /// In front of the calls that close a ring, and of those that enter it.
+  std::optional<EntryGuard> Guard;
+  /// The second and later self calls of a body lead to the copy after the next.
+  bool Staggered = false;
+  /// What it adds to the module, once all copies are inlined that are to be
+  /// (instructions).
+  unsigned Growth = 0;
+  /// The decision in words.
+  Verdict Decision;
+
+  /// Nothing, for the reason in \p Decision.
+  explicit RecursionPlan(Verdict Decision) : Decision(std::move(Decision)) {}
+};
+
+/// Limits of what is built.
+struct AutoBounds {
+  /// Most copies in a chain or ring.
+  unsigned Copies;
+  /// Most that one function grows by (instructions).
+  unsigned FunctionGrowth;
+};
+
+/// The decision about one function that calls itself and that the driver may
+/// copy.
+class AutoPolicy {
+public:
+  AutoPolicy(Function &F, FunctionAnalysisManager &FAM) : F(F), FAM(FAM) {}
+
+  /// Is tail recursion elimination to be run on the function first?  The plan
+  /// is then made for what is left.
+  bool wantsLoopsFirst();
+
+  RecursionPlan makePlan(const AutoBounds &Bounds);
+
+private:
+  Function &F;
+  FunctionAnalysisManager &FAM;
+};
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_AUTOPOLICY_H

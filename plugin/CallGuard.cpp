@@ -1,0 +1,172 @@
+//===- CallGuard.cpp - The test that ends a recursion ---------------------===//
+
+#include "CallGuard.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SetVector.h"
+#include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/IR/CFG.h"
+#include "llvm/IR/DebugInfoMetadata.h"
+#include "llvm/IR/IRBuilder.h"
+#include "llvm/IR/IntrinsicInst.h"
+#include "llvm/Transforms/Utils/BasicBlockUtils.h"
+#include "llvm/Transforms/Utils/Cloning.h"
+#include "llvm/Transforms/Utils/Local.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+static bool isCallTo(const Instruction &I, const Function &F) {
+  const auto *Call = dyn_cast<CallBase>(&I);
+  return Call && Call->getCalledFunction() == &F;
+}
+
+/// The blocks of \p F from which one of its self calls can be reached.
+static SmallPtrSet<const BasicBlock *, 16>
+findRecursiveBlocks(const Function &F) {
+  SmallPtrSet<const BasicBlock *, 16> Recursive;
+  SmallVector<const BasicBlock *, 16> Worklist;
+  for (const BasicBlock &BB : F)
+    if (any_of(BB, [&F](const Instruction &I) { return isCallTo(I, F); }))
+      Worklist.push_back(&BB);
+  while (!Worklist.empty()) {
+    const BasicBlock *BB = Worklist.pop_back_val();
+    if (Recursive.insert(BB).second)
+      append_range(Worklist, predecessors(BB));
+  }
+  return Recursive;
+}
+
+/// Can \p I be executed a second time right afterwards, with the same result
+/// and no other effect?
+static bool isRepeatable(const Instruction &I) {
+  if (isa<DbgInfoIntrinsic>(I))
+    return true;
+  // Frozen poison is any value, the second time another.
+  if (isa<FreezeInst>(I) || I.mayHaveSideEffects())
+    return false;
+  // A variable that nothing is stored to yet.
+  if (const auto *Alloca = dyn_cast<AllocaInst>(&I))
+    return Alloca->isStaticAlloca();
+  if (const auto *Load = dyn_cast<LoadInst>(&I))
+    return Load->isUnordered();
+  // Calls are not what a guard saves.
+  return !isa<CallBase>(I) || isa<IntrinsicInst>(I);
+}
+
+/// Adds what can be reached from \p From to \p Reached, and returns the size of
+/// all of that (instructions).
+static unsigned addReachable(ArrayRef<BasicBlock *> From,
+                             SetVector<BasicBlock *> &Reached) {
+  Reached.insert(From.begin(), From.end());
+  unsigned Size = 0;
+  for (size_t I = 0; I != Reached.size(); ++I) {
+    Size += Reached[I]->sizeWithoutDebug();
+    for (BasicBlock *Successor : successors(Reached[I]))
+      Reached.insert(Successor);
+  }
+  return Size;
+}
+
+std::optional<EntryGuard>
+llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize) {
+  const auto Recursive = findRecursiveBlocks(F);
+  std::optional<EntryGuard> Guard;
+  SmallVector<BasicBlock *, 4> Blocks;
+  SetVector<BasicBlock *> Exits;
+  unsigned Size = 0;
+  BasicBlock *BB = &F.getEntryBlock();
+  while (!is_contained(Blocks, BB)) {
+    Instruction *Terminator = BB->getTerminator();
+    if (!isa<BranchInst, SwitchInst>(Terminator) ||
+        !all_of(make_range(BB->begin(), Terminator->getIterator()),
+                isRepeatable))
+      break;
+    Blocks.push_back(BB);
+    Size += BB->sizeWithoutDebug();
+
+    SmallVector<BasicBlock *, 4> NewExits;
+    SmallPtrSet<BasicBlock *, 4> Onward;
+    for (BasicBlock *Successor : successors(BB))
+      if (Recursive.contains(Successor))
+        Onward.insert(Successor);
+      else
+        NewExits.push_back(Successor);
+    if (Onward.size() != 1)
+      break;
+    if (Size + addReachable(NewExits, Exits) > MaxSize)
+      break;
+    BB = *Onward.begin();
+    if (!NewExits.empty())
+      Guard = EntryGuard{Blocks, BB, 0};
+    if (Guard)
+      Guard->Size = Size + addReachable({}, Exits);
+  }
+  return Guard;
+}
+
+Function &llvm::inlinerecursion::buildGuard(Function &F,
+                                            const EntryGuard &Guard,
+                                            Function &Target) {
+  ValueToValueMapTy VMap;
+  Function *NewF = CloneFunction(&F, VMap);
+  NewF->setName(F.getName() + ".recurse.guard");
+  NewF->setLinkage(GlobalValue::InternalLinkage);
+
+  BasicBlock *Onward = BasicBlock::Create(F.getContext(), "onward", NewF);
+  IRBuilder<> Builder(Onward);
+  // A call of what may be inlined needs a location in a function that has some.
+  if (DISubprogram *SP = NewF->getSubprogram())
+    Builder.SetCurrentDebugLocation(
+        DILocation::get(F.getContext(), SP->getScopeLine(), 0, SP));
+  SmallVector<Value *, 8> Args;
+  for (Argument &A : NewF->args())
+    Args.push_back(&A);
+  CallInst *Call = Builder.CreateCall(&Target, Args);
+  Call->setCallingConv(Target.getCallingConv());
+  if (NewF->getReturnType()->isVoidTy())
+    Builder.CreateRetVoid();
+  else
+    Builder.CreateRet(Call);
+
+  auto *Last = cast<BasicBlock>(VMap[Guard.Blocks.back()]);
+  auto *Beyond = cast<BasicBlock>(VMap[Guard.Beyond]);
+  Instruction *Terminator = Last->getTerminator();
+  for (unsigned I = 0; I != Terminator->getNumSuccessors(); ++I) {
+    if (Terminator->getSuccessor(I) != Beyond)
+      continue;
+    Beyond->removePredecessor(Last, /*KeepOneInputPHIs=*/true);
+    Terminator->setSuccessor(I, Onward);
+  }
+  removeUnreachableBlocks(*NewF);
+  return *NewF;
+}
+
+void llvm::inlinerecursion::removeGuard(Function &Copy, const Function &F,
+                                        const EntryGuard &Guard) {
+  // What one block of the guard alone leads to is run once per activation.
+  for (const BasicBlock *BB : drop_begin(Guard.Blocks))
+    if (!BB->getUniquePredecessor())
+      return;
+
+  // A copy has its blocks in the order of the function's.
+  DenseMap<const BasicBlock *, BasicBlock *> CopyOf;
+  for (auto [Original, Copied] : zip_equal(F, Copy))
+    CopyOf[&Original] = &Copied;
+
+  for (size_t I = 0; I != Guard.Blocks.size(); ++I) {
+    const bool IsLast = I + 1 == Guard.Blocks.size();
+    BasicBlock *From = CopyOf[Guard.Blocks[I]];
+    BasicBlock *To = CopyOf[IsLast ? Guard.Beyond : Guard.Blocks[I + 1]];
+    Instruction *Terminator = From->getTerminator();
+    bool IsFirstEdge = true;
+    for (BasicBlock *Successor : successors(From)) {
+      if (Successor == To && std::exchange(IsFirstEdge, false))
+        continue;
+      Successor->removePredecessor(From, /*KeepOneInputPHIs=*/true);
+    }
+    auto *Jump = BranchInst::Create(To, Terminator);
+    Jump->setDebugLoc(Terminator->getDebugLoc());
+    Terminator->eraseFromParent();
+  }
+  removeUnreachableBlocks(Copy);
+}

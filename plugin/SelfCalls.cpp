@@ -1,0 +1,50 @@
+//===- SelfCalls.cpp - The calls that make a recursion --------------------===//
+
+#include "SelfCalls.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+SmallVector<CallBase *, 4>
+llvm::inlinerecursion::findCalls(Function &F, const Function &Callee) {
+  SmallVector<CallBase *, 4> Calls;
+  for (Instruction &I : instructions(F)) {
+    auto *Call = dyn_cast<CallBase>(&I);
+    if (Call && Call->getCalledFunction() == &Callee)
+      Calls.push_back(Call);
+  }
+  return Calls;
+}
+
+/// Is \p Result (null for none) returned right behind \p I, either there or in
+/// a block of returns that \p I's block goes to?
+static bool isReturnedBehind(const Instruction &I, const Value *Result) {
+  const Instruction *Next = I.getNextNonDebugInstruction();
+  if (const auto *Branch = dyn_cast_or_null<BranchInst>(Next)) {
+    if (!Branch->isUnconditional())
+      return false;
+    const BasicBlock *Exit = Branch->getSuccessor(0);
+    for (const PHINode &Phi : Exit->phis())
+      if (Result && Phi.getIncomingValueForBlock(I.getParent()) == Result)
+        Result = &Phi;
+    Next = Exit->getFirstNonPHIOrDbg();
+  }
+  const auto *Return = dyn_cast_or_null<ReturnInst>(Next);
+  return Return &&
+         (!Return->getReturnValue() || Return->getReturnValue() == Result);
+}
+
+bool llvm::inlinerecursion::isTailCall(const CallBase &Call) {
+  return isa<CallInst>(Call) && isReturnedBehind(Call, &Call);
+}
+
+bool llvm::inlinerecursion::isAccumulating(const CallBase &Call) {
+  const Instruction *Operation = Call.getNextNonDebugInstruction();
+  return isa<CallInst>(Call) && Operation && isa<BinaryOperator>(Operation) &&
+         Operation->isAssociative() && Operation->isCommutative() &&
+         is_contained(Operation->operands(), &Call) && Call.hasOneUse() &&
+         Operation->hasOneUse() && isReturnedBehind(*Operation, Operation);
+}
