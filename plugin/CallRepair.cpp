@@ -1,6 +1,7 @@
 //===- CallRepair.cpp - What rewritten calls have lost --------------------===//
 
 #include "CallRepair.h"
+#include "ProfileRepair.h"
 #include "Protection.h"
 #include "llvm/Analysis/TargetLibraryInfo.h"
 #include "llvm/Analysis/TargetTransformInfo.h"
@@ -68,6 +69,7 @@ PreservedAnalyses CallRepairPass::run(Module &M, ModuleAnalysisManager &MAM) {
         Call->setIsNoInline();
     }
   }
-  // No analysis rests on these attributes.
+  repairProfile(M, FAM);
+  // No analysis rests on these attributes and counts.
   return PreservedAnalyses::all();
 }

@@ -2,6 +2,7 @@
 
 #include "Protection.h"
 #include "../pass/InlineRecursion.h"
+#include "ProfileRepair.h"
 #include "Remarks.h"
 #include "Verdict.h"
 #include "llvm/ADT/STLExtras.h"
@@ -412,6 +413,8 @@ PreservedAnalyses ProtectionPass::run(Module &M, ModuleAnalysisManager &) {
       withdrawLargeRequest(F);
     if (const ProtectionReason *Reason = findReason(F))
       protect(F, *Reason);
+    else
+      markOrigin(F);
   }
   // No analysis rests on these attributes.
   return PreservedAnalyses::all();

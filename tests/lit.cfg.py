@@ -64,6 +64,12 @@ config.substitutions += [
      f"{python} {os.path.join(tools, 'compare.py')}"
      f" --bin {config.llvm_tools_dir} --plugin {plugin} --scratch %t.dir"),
 ]
-for tool in ["FileCheck", "count", "not", "split-file", "llvm-link"]:
+# The commands of a document, run and compared.
+config.substitutions.append(
+    ("%documented",
+     f"{python} {os.path.join(tools, 'run_documented.py')}"
+     f" --build {os.path.dirname(os.path.dirname(plugin))} --scratch %t.dir"))
+for tool in ["FileCheck", "count", "not", "split-file", "llvm-link",
+             "llvm-profdata", "obj2yaml"]:
     config.substitutions.append(
         (rf"(?<![-\w%/.]){tool}(?![-\w.])", llvm_tool(tool)))

@@ -1,0 +1,3 @@
+unsigned other(unsigned N);
+unsigned down(unsigned N);
+unsigned elsewhere(unsigned N) { return other(N) + down(N); }
