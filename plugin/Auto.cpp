@@ -31,7 +31,7 @@ static cl::opt<unsigned>
               cl::desc("Most copies in a ring that nobody asked for (copies)"));
 
 static cl::opt<unsigned> MaxFunctionGrowth(
-    "inlinerecursion-auto-function-growth", cl::init(400), cl::Hidden,
+    "inlinerecursion-auto-function-growth", cl::init(550), cl::Hidden,
     cl::desc("Most code that such a ring adds for one function "
              "(instructions)"));
 
