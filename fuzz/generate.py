@@ -3,10 +3,15 @@
 
     generate.py SEED [--features SET] [--directory DIR]
 
-A program is one C or C++ file (or two) of one to five recursive functions and a
-main that enters them. It prints a running checksum after each entry, and at the
-end how often each function was entered. The checksum is multiplied at each
-step, so it also tells in which order things happened.
+A program is one C or C++ file (or two) of one to five recursive functions and
+a main that enters them. It prints its seed, how often each function was
+entered, and a running checksum. The checksum is multiplied at each step, so it
+also tells in which order things happened.
+
+Several programs in the same language can be written into one file, which
+prints a line for each: all names at file scope then end with the seed. The
+compiler finds no header to read; the few things from the C library are
+declared here.
 
 What keeps programs free of undefined behaviour:
 
@@ -23,11 +28,14 @@ What keeps programs free of undefined behaviour:
   numbers at each operation and never become NaN.
 - The number of activations is worked out while generating. Functions for which
   it is too large, or that call each other, burn fuel: a global counter,
-  refilled at each entry from main, without which they return.
+  refilled at each entry from main, without which they return. Functions of the
+  shape "pure" have no memory to count in; their depth is made to fit.
+- Recursion is thousands of levels deep only in small functions without loops
+  around the call, which nothing but main enters, so that the stack suffices.
 - Nothing is changed between setjmp and longjmp that is read afterwards.
 
-What makes the compiler plugin act: shapes (see Shape) that fit the rules of its
-levels, and its rings.
+What makes the compiler plugin act: shapes (see Shape) that fit the rules of
+its levels, and its rings.
 
 Features switch ingredients on; some are known to be hard on any pass that
 copies functions. FEATURES says what there is.
@@ -36,6 +44,7 @@ copies functions. FEATURES says what there is.
 import argparse
 import os
 import random
+import re
 from dataclasses import dataclass, field
 
 FEATURES = {
@@ -48,6 +57,10 @@ FEATURES = {
     "varargs": "variadic functions",
     "pointers": "pointers to globals, to callers' locals, and null",
     "callbacks": "pointers to functions as arguments",
+    "pure": "functions without memory, and such that only write globals",
+    "equal-calls": "several self calls with equal arguments",
+    "deep": "recursion of thousands of levels",
+    "frames": "large local variables",
     "indirect": "recursion and entries through a pointer to the function",
     "address": "comparisons of functions' addresses",
     "mutual": "functions that call each other in a cycle",
@@ -75,6 +88,9 @@ DEFAULT_FEATURES = set(FEATURES)
 
 FUEL = 300
 MAX_UNFUELLED = 3000
+DEEP_LEVELS = (1000, 3000)
+# The most levels of a recursion that nothing ends, per number of self calls.
+PURE_LEVELS = {1: 40, 2: 10, 3: 6, 4: 5}
 
 # Not preserve_most: clang 16 loses results of such functions.
 CONVENTIONS = ["ms_abi", "regcall", "vectorcall"]
@@ -83,10 +99,21 @@ INTS = [*SMALL_INTS, "int", "int", "int", "unsigned", "unsigned", "long",
         "unsigned long", "long long", "unsigned long long"]
 
 PRELUDE = """\
-#include <stdarg.h>
-#include <stdio.h>
-#include <string.h>
-#include <setjmp.h>
+#ifdef __cplusplus
+#define LIBRARY extern "C"
+#else
+#define LIBRARY extern
+#endif
+LIBRARY int printf(const char *, ...);
+/* As large as the C library's for x86-64. */
+struct __jmp_buf_tag { long Words[25]; };
+typedef struct __jmp_buf_tag jmp_buf[1];
+LIBRARY __attribute__((returns_twice)) int _setjmp(struct __jmp_buf_tag *);
+LIBRARY __attribute__((noreturn)) void longjmp(struct __jmp_buf_tag *, int);
+#define va_list __builtin_va_list
+#define va_start __builtin_va_start
+#define va_arg __builtin_va_arg
+#define va_end __builtin_va_end
 #ifdef REQUESTS
 #include "inlinerecursion/request.h"
 #define REQUEST INLINERECURSION_SPECIALIZE
@@ -99,6 +126,21 @@ typedef u32 vec __attribute__((vector_size(16)));
 struct Small { int a; u32 b; };
 struct Mixed { double d; u32 b; };
 struct Large { u32 w[6]; u64 x; };
+typedef u32 (*Callback)(u32);
+static u32 twist(u32 X) { return X * 2654435761u ^ X >> 7; }
+static u32 plain(u32 X) { return X + 1; }
+static struct Small makeSmall(u32 X, u32 Y) {
+  struct Small S = {(int)(X & 65535u), Y};
+  return S;
+}
+static struct Mixed makeMixed(u32 X, u32 Y) {
+  struct Mixed S = {(double)(X & 65535u), Y};
+  return S;
+}
+static struct Large makeLarge(u32 X, u32 Y) {
+  struct Large S = {{X, Y, X ^ Y, 1u, 2u, X + Y}, X * 3ull};
+  return S;
+}
 """
 
 SHARED = """\
@@ -116,18 +158,23 @@ HELPERS = """\
 #define MIX(E) (Hash = (Hash ^ (u64)(E)) * 0x100000001b3ull)
 static inline void mixDouble(double D) {
   u64 Bits;
-  memcpy(&Bits, &D, 8);
+  __builtin_memcpy(&Bits, &D, 8);
   MIX(Bits);
 }
 static __attribute__((noinline)) void event(u32 Kind, u32 Value) {
   MIX(Kind);
   MIX(Value);
 }
-static u32 twist(u32 X) { return X * 2654435761u ^ X >> 7; }
 static u32 count(u32 X) { return ++A[X & 15]; }
-static u32 plain(u32 X) { return X + 1; }
+static void cleanUp(u32 *X) { MIX(*X); }
+static __thread u32 Local;
 static volatile u32 Opaque[8] = {@OPAQUE@};
 """
+
+# What is at file scope and belongs to one program.
+OWN_NAMES = re.compile(
+    r"\b(Hash|Fuel|Count|A|MIX|mixDouble|event|count|cleanUp|Local|Opaque|Top|"
+    r"Guard|Object|Host|program|f\d+|enter\d+|Pointer_f\d+)\b")
 
 
 @dataclass
@@ -176,6 +223,7 @@ class Function:
 
 class Generator:
     def __init__(self, seed, features):
+        self.seed = seed
         self.rng = random.Random(f"recursion {seed}")
         self.features = features
         self.cxx = self.has("cxx") and self.rng.random() < 0.2
@@ -206,6 +254,7 @@ class Generator:
 
     def leaf(self, scope, local=False):
         """A u32 (or u64) value; if local, one that no call can change."""
+        local = local or scope.local
         choices = [f"{self.rng.randrange(1, 200)}u"]
         for name, kind in scope.values:
             if kind == "int":
@@ -538,7 +587,7 @@ class Generator:
 
     def may_point_to(self, f, feature, probability):
         # Level 0 takes no functions whose address is taken.
-        if f.shape in ("bounded", "tiny"):
+        if f.shape in ("bounded", "tiny", "pure"):
             probability /= 6
         return not f.method and self.maybe(feature, probability)
 
@@ -640,7 +689,7 @@ class Generator:
                 here, saved = self.name("here"), self.name("saved")
                 lines.append(f"jmp_buf {here}, *{saved} = Top;")
                 lines.append(f"Top = &{here};")
-                lines.append(f"if (setjmp({here}) == 0)")
+                lines.append(f"if (_setjmp({here}) == 0)")
                 lines.append("{")
                 inner = scope.inner()
                 inner.frozen = True
@@ -715,6 +764,8 @@ class Generator:
         shapes = ["bounded"] * 5 + ["tiny"] * 3 + ["general"] * 4
         if self.has("remainder"):
             shapes += ["ring"] * 4
+        if self.has("pure"):
+            shapes += ["pure"] * 4
         shape = r.choice(shapes)
         f = Function(f"f{index}", index, shape, up=self.chance(0.5), limit=0,
                      step=1, type="int", returns="u32")
@@ -724,6 +775,12 @@ class Generator:
             f.limit = r.randrange(2, 8)
         elif shape == "tiny":
             f.limit = r.randrange(2, 30)
+        elif shape == "pure":
+            f.fan = self.pick(1, 1, 2, 2, 2, 3, 4)
+            f.limit = r.randrange(2, PURE_LEVELS[f.fan] + 1)
+            if f.fan == 1 and self.maybe("deep", 0.3):
+                f.limit = r.randrange(*DEEP_LEVELS)
+                f.type = self.pick("int", "unsigned", "long")
         else:
             f.limit = r.randrange(4, 40)
             f.step = self.pick(1, 1, 1, 2, 3)
@@ -749,9 +806,13 @@ class Generator:
             f.variadic = self.maybe("varargs", 0.1)
         elif shape == "tiny":
             f.params = [self.make_param(i) for i in range(self.pick(0, 0, 1))]
+        elif shape == "pure":
+            returns = ["u32", "u32", "int", "u64", "unsigned char"]
+            f.params = [Param(f"p{i}", "int", self.rng.choice(INTS))
+                        for i in range(self.pick(0, 0, 1, 2, 3))]
         f.returns = r.choice(returns)
 
-        if shape in ("general", "ring") or self.chance(0.25):
+        if shape in ("general", "ring", "pure") or self.chance(0.25):
             f.storage = self.pick("static", "static", "static", "", "")
         marks = []
         if self.maybe("inlining", 0.25):
@@ -777,7 +838,8 @@ class Generator:
             f.params = [p for p in f.params
                         if p.kind in ("int", "pointer")
                         and "Int" not in p.type and "int128" not in p.type]
-            f.returns = self.pick("void", "u32", "int")
+            f.returns = self.pick("u32", "int") if shape == "pure" else \
+                self.pick("void", "u32", "int")
             if "Int" in f.type or "int128" in f.type:
                 f.type = "int"
         f.attributes = "".join(f"__attribute__(({m})) " for m in marks)
@@ -811,6 +873,8 @@ class Generator:
             lines.append(f"u32 {t}[4] = "
                          f"{{1u, {self.leaf(scope)}, (u32)n, 2u}};")
             scope.values.append((t, "array"))
+        if f.shape in ("general", "ring") and self.maybe("frames", 0.06):
+            self.large_local(scope, lines)
         if f.variadic:
             v, i = self.name("v"), self.name("i")
             lines += [f"u32 {v} = 0;", "{", "va_list Args;",
@@ -934,6 +998,64 @@ class Generator:
         at = lines.index("@FUEL@")
         f.body = lines[:at] + fuel + lines[at + 1:]
 
+    def make_pure_body(self, f):
+        """A function that reads and writes nothing but its own variables, or
+        only writes globals; with f.fan self calls."""
+        writes = self.chance(0.35)
+        equal = self.maybe("equal-calls", 0.6)
+        scope = Scope()
+        scope.local = True
+        scope.values = [("n", "int"), *((p.name, "int") for p in f.params)]
+        lines = [f"if ({self.guard(f)})", "{"]
+        self.leave(f, scope, lines)
+        lines.append("}")
+        if self.maybe("frames", 0.2) and f.limit < DEEP_LEVELS[0]:
+            self.large_local(scope, lines)
+        lines.append(f"u32 sum = {self.expr(scope, 1)};")
+        scope.values.append(("sum", "int"))
+        form = self.pick("calls", "calls", "loop", "tail", "branch")
+        _, text = self.recursive_call(f, scope, [])
+        if form == "loop":
+            i = self.name("i")
+            lines += [f"for (int {i} = 0; {i} < {f.fan}; ++{i})", "{"]
+            lines += [f"sum = sum {self.pick('+', '^', '*')} {text};"]
+            if not equal:
+                lines.append(f"sum = sum * 3u + (u32){i};")
+            lines.append("}")
+        elif form == "tail":
+            lines += [f"if ({self.condition(scope)})", "{",
+                      f"return {text};", "}"]
+        elif form == "branch":
+            lines += [f"if ({self.condition(scope)})", "{",
+                      f"sum -= {text};", "}"]
+        results = []
+        for _ in range(f.fan if form in ("calls", "tail") else f.fan - 1
+                       if form == "branch" else 0):
+            if not equal:
+                _, text = self.recursive_call(f, scope, [])
+            results.append(self.name("r"))
+            lines.append(f"u32 {results[-1]} = (u32){text};")
+            if writes:
+                e = self.expr(scope, 1)
+                lines.append(self.pick(f"A[{self.rng.randrange(16)}] = {e};",
+                                       f"++Count[{f.index}];",
+                                       f"Hash = Hash * 31u + {e};"))
+        scope.values += [(name, "int") for name in results]
+        total = " + ".join(["sum", *results, self.expr(scope, 1)])
+        lines.append(f"return ({f.returns})({total});")
+        f.body, f.fuelled = lines, False
+
+    def large_local(self, scope, lines):
+        """An array that takes much of the stack."""
+        t, i = self.name("t"), self.name("i")
+        size = self.pick(16, 40, 64, 65, 100, 300)
+        lines += [f"u32 {t}[{size}];",
+                  f"for (int {i} = 0; {i} < {size}; ++{i})", "{",
+                  f"{t}[{i}] = {self.leaf(scope)} * (u32){i};", "}"]
+        v = self.name("v")
+        lines.append(f"u32 {v} = {t}[{self.leaf(scope)} % {size}u];")
+        scope.values.append((v, "int"))
+
     def can_must_tail(self, f):
         return (self.has("musttail") and not self.cxx and not f.variadic
                 and not f.method and f.returns in ("u32", "int")
@@ -971,11 +1093,13 @@ class Generator:
             lines += ["}", "catch (int Thrown)", "{", "MIX(Thrown);", "}"]
         else:
             self.use_result(f, text, scope, lines, keep=False)
-        lines.append(f'printf("{f.name} %016llx\\n", Hash);')
 
     def program(self):
         r = self.rng
-        number = self.pick(1, 1, 2, 2, 3, 4, 5)
+        # Most programs are small: what goes wrong does so in one function, and
+        # more programs are tried in the same time.
+        number = self.pick(1, 1, 1, 2) if self.chance(0.75) else \
+            self.pick(2, 3, 4, 5)
         functions = [self.make_function(i) for i in range(number)]
         groups = []
         if self.has("mutual"):
@@ -986,10 +1110,14 @@ class Generator:
         for f in functions:
             mutual = [g for group in groups if f in group for g in group
                       if g is not f]
-            entered = [g for g in done if not mutual]
+            entered = [g for g in done if not mutual
+                       and g.limit < DEEP_LEVELS[0]]
             if f.shape == "tiny":
                 entered = []
-            self.make_body(f, mutual, entered)
+            if f.shape == "pure":
+                self.make_pure_body(f)
+            else:
+                self.make_body(f, mutual, entered)
             done.append(f)
 
         # The second file holds whatever has nothing of its own in the first.
@@ -1067,29 +1195,18 @@ class Generator:
                 lines.append("{")
                 self.entry(f, lines, scope, constant)
                 lines.append("}")
-        for f in functions:
-            lines.append(f'printf("%u ", Count[{f.index}]);')
-        for i in range(16):
-            lines.append(f"MIX(A[{i}]);")
-        lines.append('printf("%016llx\\n", Hash);')
-        lines.append("return 0;")
-        return ["int main(void)", "{", *lines, "}"], wrappers
+        lines += ["for (int i = 0; i < 16; ++i)", "MIX(A[i]);"]
+        formats = "".join(" %u" for f in functions)
+        counts = "".join(f"Count[{f.index}], " for f in functions)
+        lines.append(f'printf("{self.seed}:{formats} %016llx\\n", '
+                     f"{counts}Hash);")
+        head = "__attribute__((noinline)) static void program(void)"
+        return [head, "{", *lines, "}"], wrappers
 
     def file(self, declared, defined, wrappers, main, shared):
         opaque = ", ".join(str(self.rng.randrange(1, 250)) for _ in range(8))
-        out = [PRELUDE, shared, HELPERS.replace("@OPAQUE@", opaque)]
-        out.append("typedef u32 (*Callback)(u32);")
-        out.append("static __thread u32 Local;")
-        out.append("static void cleanUp(u32 *X) { MIX(*X); }")
+        out = [shared + HELPERS.replace("@OPAQUE@", opaque)]
         out.append("jmp_buf *Top;" if main else "extern jmp_buf *Top;")
-        out += ["static struct Small makeSmall(u32 X, u32 Y)", "{",
-                "struct Small S = {(int)(X & 65535u), Y};", "return S;", "}",
-                "static struct Mixed makeMixed(u32 X, u32 Y)", "{",
-                "struct Mixed S = {(double)(X & 65535u), Y};", "return S;",
-                "}",
-                "static struct Large makeLarge(u32 X, u32 Y)", "{",
-                "struct Large S = {{X, Y, X ^ Y, 1u, 2u, X + Y}, X * 3ull};",
-                "return S;", "}"]
         if self.cxx:
             out += ["struct Guard", "{", "u32 V;",
                     "explicit Guard(u32 V) : V(V) { MIX(V + 1); }",
@@ -1140,6 +1257,7 @@ class Scope:
         self.frozen = False     # between setjmp and the end of its branch
         self.no_locals = False  # no pointers to locals, for tail calls
         self.objects = False    # with destructors, over which no goto leads
+        self.local = False      # nothing but local variables
         self.host = host
 
     def inner(self):
@@ -1148,6 +1266,7 @@ class Scope:
         scope.frozen = self.frozen
         scope.no_locals = self.no_locals
         scope.objects = self.objects
+        scope.local = self.local
         return scope
 
 
@@ -1169,13 +1288,34 @@ def parse_features(text):
     return chosen
 
 
-def generate(seed, features=None):
-    """(names and texts of the files of a program)"""
-    generator = Generator(seed, DEFAULT_FEATURES if features is None
-                          else features)
-    texts = generator.program()
-    suffix = "cpp" if generator.cxx else "c"
-    return {f"{'ab'[i]}.{suffix}": text for i, text in enumerate(texts)}
+class Program:
+    """The program of a seed: the text of its file, or of its two."""
+
+    def __init__(self, seed, features=None):
+        generator = Generator(seed, DEFAULT_FEATURES if features is None
+                              else features)
+        self.seed = seed
+        self.texts = generator.program()
+        self.cxx = generator.cxx
+
+    def renamed(self, text):
+        return OWN_NAMES.sub(rf"\1_{self.seed}", text)
+
+
+def files(programs):
+    """(names and texts of the files of one or more programs)"""
+    bundled = len(programs) > 1
+    suffix = "cpp" if programs[0].cxx else "c"
+    made = {}
+    for index in range(max(len(p.texts) for p in programs)):
+        made[f"{'ab'[index]}.{suffix}"] = PRELUDE + "\n".join(
+            p.renamed(p.texts[index]) if bundled else p.texts[index]
+            for p in programs if index < len(p.texts))
+    calls = [p.renamed("program();") if bundled else "program();"
+             for p in programs]
+    made[f"a.{suffix}"] += "\n".join(
+        ["", "int main(void)", "{", *calls, "return 0;", "}", ""])
+    return made
 
 
 def main():
@@ -1189,8 +1329,9 @@ def main():
         features = parse_features(args.features)
     except ValueError as error:
         raise SystemExit(f"generate.py: {error}")
-    for name, text in generate(args.seed, features).items():
+    for name, text in files([Program(args.seed, features)]).items():
         if args.directory:
+            os.makedirs(args.directory, exist_ok=True)
             with open(os.path.join(args.directory, name), "w") as file:
                 file.write(text)
         else:

@@ -166,9 +166,18 @@ static bool cutRecurrences(Loop &L, const Loop &Outer, ScalarEvolution &SE) {
   return Changed || !Sums.empty();
 }
 
+/// Is there a chain loop in \p F?  The latches tell; the loop analysis need not
+/// be computed for that.
+static bool hasChainLoop(const Function &F) {
+  return any_of(F, [](const BasicBlock &BB) {
+    return findOptionMDForLoopID(
+        BB.getTerminator()->getMetadata(LLVMContext::MD_loop), ChainLoopMark);
+  });
+}
+
 PreservedAnalyses CutRecurrencesPass::run(Function &F,
                                           FunctionAnalysisManager &FAM) {
-  if (!CutRecurrences)
+  if (!CutRecurrences || !hasChainLoop(F))
     return PreservedAnalyses::all();
   const LoopInfo &LI = FAM.getResult<LoopAnalysis>(F);
   ScalarEvolution *SE = nullptr;

@@ -14,7 +14,9 @@ using namespace llvm;
 using namespace llvm::inlinerecursion;
 
 static bool mayBePromoted(const Function &F) {
+  // Copies are made of what was promoted.
   return !F.isDeclaration() && F.hasLocalLinkage() &&
+         !F.hasFnAttribute("llvm.recurse.clone") &&
          any_of(F.args(),
                 [](const Argument &A) { return A.getType()->isPointerTy(); }) &&
          isDirectlyRecursive(F);

@@ -133,7 +133,9 @@ static std::optional<Verdict> judgeRequest(Function &F) {
 
 static void withdrawRequests(Module &M) {
   for (Function &F : M) {
-    if (!F.hasFnAttribute(Request) || F.isDeclaration())
+    // Copies carry the request that they were built for.
+    if (!F.hasFnAttribute(Request) || F.isDeclaration() ||
+        F.hasFnAttribute("llvm.recurse.clone"))
       continue;
     std::optional<Verdict> V = judgeRequest(F);
     if (!V)

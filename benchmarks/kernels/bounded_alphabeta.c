@@ -1,7 +1,8 @@
 // class: bounded
+// sweep: PLIES 5 4 3 6
 //
 // Depth-limited game search with cutoffs: alpha-beta over an abstract game,
-// five plies, seven moves of which some are barred, a table-driven evaluation
+// PLIES plies, seven moves of which some are barred, a table-driven evaluation
 // of eight steps at the leaves. The ply is the only argument. Here because the
 // loop around the call is left early, and by an exit that no compiler can
 // count, so its seven trips are a bound only.
@@ -11,7 +12,11 @@
 
 #include "kernel.h"
 
-enum { Cases = 16, Moves = 7, Plies = 5, Worst = -1000000 };
+#ifndef PLIES
+#define PLIES 5
+#endif
+
+enum { Cases = 16, Moves = 7, Plies = PLIES, Worst = -1000000 };
 
 static uint32_t Position, Steps[64], Weights[64];
 static int Beta[Plies + 1];
@@ -27,6 +32,7 @@ static int rate(uint32_t P) {
 }
 
 static int search(int Ply) {
+  KERNEL_CALL();
   if (Ply == Plies)
     return rate(Position);
   int Best = Worst;

@@ -1,6 +1,7 @@
 // class: bounded
+// sweep: SIZE 7 5 6 8
 //
-// Cheapest assignment of seven tasks to seven workers by exhaustive search
+// Cheapest assignment of SIZE tasks to as many workers by exhaustive search
 // with a bound, in C++: std::array, references, an unnamed namespace. The
 // worker is the only argument. Here because the pruning test reads memory, so
 // the levels do not fold into one another, and because names are mangled.
@@ -12,20 +13,25 @@
 #include <array>
 #include <numeric>
 
+#ifndef SIZE
+#define SIZE 7
+#endif
+
 namespace {
 
-constexpr int Size = 7, Cases = 8;
+constexpr int Size = SIZE, Cases = 8;
 
 std::array<std::array<int, Size>, Size> Costs;
 std::array<bool, Size> Taken;
 int Spent, Cheapest;
 
 void assign(int Worker) {
+  KERNEL_CALL();
   for (int Task = 0; Task < Size; ++Task) {
     int Cost = Costs[Worker][Task];
     if (Taken[Task] || Spent + Cost >= Cheapest)
       continue;
-    if (Worker == 6) {
+    if (Worker == Size - 1) {
       Cheapest = Spent + Cost;
       continue;
     }

@@ -1,22 +1,28 @@
 // class: bounded
+// sweep: VERTICES 6 5 7
 //
-// Counts the proper colourings of a graph of six vertices with five colours,
-// the vertex as the only argument. The inner test loops over the earlier
-// vertices. Here because the trip count of that second loop is the argument, so
-// each copy gets its own unrolled test.
+// Counts the proper colourings of a graph of VERTICES vertices with five
+// colours, the vertex as the only argument. The inner test loops over the
+// earlier vertices. Here because the trip count of that second loop is the
+// argument, so each copy gets its own unrolled test.
 //
-// Reference: all 5^6 assignments, tested edge by edge.
+// Reference: all assignments, tested edge by edge.
 
 #include "kernel.h"
 
-enum { Cases = 4, Colours = 5 };
+#ifndef VERTICES
+#define VERTICES 6
+#endif
 
-static unsigned char Edges[6][6];
-static int Colour[6];
+enum { Cases = 4, Colours = 5, Vertices = VERTICES };
+
+static unsigned char Edges[Vertices][Vertices];
+static int Colour[Vertices];
 static uint64_t Count;
 
 static void paint(int Vertex) {
-  if (Vertex == 6) {
+  KERNEL_CALL();
+  if (Vertex == Vertices) {
     ++Count;
     return;
   }
@@ -31,11 +37,11 @@ static void paint(int Vertex) {
   }
 }
 
-/// A six-cycle; the bits of Case add two chords.
+/// A cycle; the bits of Case add two chords.
 static void buildGraph(long Case) {
-  for (int A = 0; A < 6; ++A)
-    for (int B = 0; B < 6; ++B)
-      Edges[A][B] = (A + 1) % 6 == B || (B + 1) % 6 == A;
+  for (int A = 0; A < Vertices; ++A)
+    for (int B = 0; B < Vertices; ++B)
+      Edges[A][B] = (A + 1) % Vertices == B || (B + 1) % Vertices == A;
   Edges[0][3] = Edges[3][0] = Case & 1;
   Edges[1][4] = Edges[4][1] = (Case >> 1) & 1;
 }
@@ -52,11 +58,14 @@ int main(int Argc, char **Argv) {
   for (long Case = 0; Case < Cases; ++Case) {
     buildGraph(Case);
     uint64_t Proper = 0;
-    for (int Assignment = 0; Assignment < 15625; ++Assignment) {
-      int Given[6], Rest = Assignment, Clash = 0;
-      for (int V = 0; V < 6; ++V, Rest /= Colours)
+    int Assignments = 1;
+    for (int V = 0; V < Vertices; ++V)
+      Assignments *= Colours;
+    for (int Assignment = 0; Assignment < Assignments; ++Assignment) {
+      int Given[Vertices], Rest = Assignment, Clash = 0;
+      for (int V = 0; V < Vertices; ++V, Rest /= Colours)
         Given[V] = Rest % Colours;
-      for (int A = 0; A < 6; ++A)
+      for (int A = 0; A < Vertices; ++A)
         for (int B = 0; B < A; ++B)
           Clash |= Edges[A][B] && Given[A] == Given[B];
       Proper += !Clash;

@@ -1,26 +1,32 @@
 // class: bounded
+// sweep: PICKS 6 4 5 7
 //
-// Nested choices: all ways to choose six of eight values with repetition, the
+// Nested choices: all ways to choose PICKS of eight values with repetition, the
 // picks in non-decreasing order of index, the level as the only argument.
-// Seven activations deep. Here because it is six nested loops written as one
+// Here because it is PICKS nested loops written as one
 // recursion; with a copy per level the loops come back.
 //
 // Reference: the sum of the products is the complete homogeneous symmetric
-// polynomial of degree six, built value by value:
+// polynomial of that degree, built value by value:
 // h(k, n) = h(k, n - 1) + x(n) * h(k - 1, n).
 
 #include "kernel.h"
 
-enum { Cases = 8 };
+#ifndef PICKS
+#define PICKS 6
+#endif
+
+enum { Cases = 8, Picks = PICKS };
 
 static uint64_t Values[8];
-static int First[7];
-static uint64_t Product[7];
+static int First[Picks + 1];
+static uint64_t Product[Picks + 1];
 static uint64_t Sum;
 
 static void choose(int Level) {
-  if (Level == 6) {
-    Sum += Product[6];
+  KERNEL_CALL();
+  if (Level == Picks) {
+    Sum += Product[Picks];
     return;
   }
   for (int I = First[Level]; I < 8; ++I) {
@@ -48,11 +54,11 @@ int main(int Argc, char **Argv) {
   uint64_t Expected = 0;
   for (long Case = 0; Case < Cases; ++Case) {
     fillValues(Case);
-    uint64_t H[7] = {1, 0, 0, 0, 0, 0, 0};
+    uint64_t H[Picks + 1] = {1};
     for (int I = 0; I < 8; ++I)
-      for (int K = 1; K <= 6; ++K)
+      for (int K = 1; K <= Picks; ++K)
         H[K] += Values[I] * H[K - 1];
-    Expected += kernelShare(Repeats, Cases, Case) * H[6];
+    Expected += kernelShare(Repeats, Cases, Case) * H[Picks];
   }
   return kernelReport("combinations", Repeats, Sum, Expected);
 }

@@ -1,21 +1,27 @@
 // class: bounded
+// sweep: PLACES 6 4 5 7
 //
-// Digit recursion: counts the six-digit strings divisible by eleven with a
-// given sum of digits. The place is the only argument; the sum and the
+// Digit recursion: counts the strings of PLACES digits divisible by eleven with
+// a given sum of digits. The place is the only argument; the sum and the
 // alternating sum are globals. Here because the sign of a digit depends on the
 // parity of the argument and folds per copy.
 //
-// Reference: a loop over the multiples of eleven below a million.
+// Reference: a loop over the multiples of eleven with so many digits.
 
 #include "kernel.h"
 
-enum { Cases = 16 };
+#ifndef PLACES
+#define PLACES 6
+#endif
+
+enum { Cases = 16, Places = PLACES };
 
 static int Sum, Alternating, Target;
 static uint64_t Count;
 
 static void appendDigit(int Place) {
-  if (Place == 6) {
+  KERNEL_CALL();
+  if (Place == Places) {
     if (Sum == Target && Alternating % 11 == 0)
       ++Count;
     return;
@@ -41,7 +47,10 @@ int main(int Argc, char **Argv) {
   }
 
   uint64_t Numbers[64] = {0}, Expected = 0;
-  for (int N = 0; N < 1000000; N += 11) {
+  int End = 1;
+  for (int Place = 0; Place < Places; ++Place)
+    End *= 10;
+  for (int N = 0; N < End; N += 11) {
     int S = 0;
     for (int Rest = N; Rest; Rest /= 10)
       S += Rest % 10;

@@ -1,16 +1,21 @@
 // class: bounded
+// sweep: LEVELS 6 4 5 7
 //
-// Evaluates a complete binary expression tree of six levels of operators over
-// 64 leaves, in heap order. The level is the only argument; the node is a
+// Evaluates a complete binary expression tree of LEVELS levels of operators
+// over its leaves, in heap order. The level is the only argument; the node is a
 // global, and the two operands are evaluated by one call in a loop of two.
-// Seven activations deep. Here because a loop of constant trip count around the
+// Here because a loop of constant trip count around the
 // call is what the optimizer unrolls after inlining.
 //
 // Reference: the heap array evaluated from its last operator to the first.
 
 #include "kernel.h"
 
-enum { Cases = 16, Leaves = 64 };
+#ifndef LEVELS
+#define LEVELS 6
+#endif
+
+enum { Cases = 16, Levels = LEVELS, Leaves = 1 << Levels };
 
 static unsigned char Operators[Leaves];
 static uint32_t Constants[Leaves];
@@ -30,7 +35,8 @@ static uint32_t apply(unsigned char Operator, uint32_t A, uint32_t B) {
 }
 
 static uint32_t evaluate(int Level) {
-  if (Level == 6)
+  KERNEL_CALL();
+  if (Level == Levels)
     return Constants[Node - Leaves];
   uint32_t Operands[2];
   for (unsigned I = 0; I < 2; ++I) {
@@ -51,7 +57,7 @@ static void buildTree(void) {
 
 static void varyTree(long Case) {
   for (uint32_t I = 0; I < 4; ++I)
-    Constants[I * 16] = (uint32_t)Case * 977 + I;
+    Constants[I * (Leaves / 4)] = (uint32_t)Case * 977 + I;
 }
 
 int main(int Argc, char **Argv) {

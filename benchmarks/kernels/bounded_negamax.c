@@ -1,6 +1,7 @@
 // class: bounded
+// sweep: PLIES 5 3 4
 //
-// Depth-limited game search: plain negamax, five plies, seven moves in a loop,
+// Depth-limited game search: plain negamax, PLIES plies, seven moves in a loop,
 // on a four-in-a-row board of seven columns and six rows. The ply is the only
 // argument; board, heights and side to move are globals. Here as the realistic
 // constant-depth search: the leaves do real work (wins, pairs and threes in
@@ -14,7 +15,11 @@
 
 #include "kernel.h"
 
-enum { Cases = 4, Columns = 7, Rows = 6, Win = 10000 };
+#ifndef PLIES
+#define PLIES 5
+#endif
+
+enum { Plies = PLIES, Cases = 2, Columns = 7, Rows = 6, Win = 10000 };
 
 static uint64_t Board[2];
 static int Height[Columns];
@@ -46,7 +51,8 @@ static int rate(uint64_t Stones) {
 }
 
 static int search(int Ply) {
-  if (Ply == 5)
+  KERNEL_CALL();
+  if (Ply == Plies)
     return rate(Board[Side]) - rate(Board[Side ^ 1]);
   int Best = -2 * Win;
   for (int Column = 0; Column < Columns; ++Column) {
@@ -71,7 +77,7 @@ static int search(int Ply) {
   return Best;
 }
 
-static const char *const Openings[Cases] = {"334", "2425", "33342", "1122053"};
+static const char *const Openings[Cases] = {"2425", "33342"};
 
 static void playOpening(long Case) {
   Board[0] = Board[1] = 0;
@@ -115,7 +121,7 @@ static int referenceScore(long Case) {
     Grid[*Move - '0'][Tops[*Move - '0']++] = Player;
     Player = (char)(3 - Player);
   }
-  int Next[6] = {0}, Best[6] = {-2 * Win};
+  int Next[Plies] = {0}, Best[Plies] = {-2 * Win};
   int Ply = 0;
   for (;;) {
     int Score;
@@ -126,7 +132,7 @@ static int referenceScore(long Case) {
       Grid[Column][Tops[Column]++] = Player;
       if (countLines(Player, 4)) {
         Score = Win - Ply;
-      } else if (Ply == 4) {
+      } else if (Ply == Plies - 1) {
         char Other = (char)(3 - Player);
         Score = 2 * countLines(Player, 2) + 7 * countLines(Player, 3) -
                 2 * countLines(Other, 2) - 7 * countLines(Other, 3);

@@ -1,7 +1,8 @@
 // class: bounded
+// sweep: ITEMS 7 5 6 8
 //
-// All permutations of seven items by swapping, with the position as the only
-// argument: seven activations deep, one self call inside a loop. Here because
+// All permutations of ITEMS items by swapping, with the position as the only
+// argument: as many activations deep, one self call inside a loop. Here because
 // swap recursion is the textbook case of a constant-depth search whose trip
 // counts fold once every level is its own copy.
 //
@@ -14,15 +15,20 @@
 
 #include "kernel.h"
 
-enum { Cases = 8 };
+#ifndef ITEMS
+#define ITEMS 7
+#endif
 
-static uint64_t Items[7];
+enum { Cases = 8, Size = ITEMS };
+
+static uint64_t Items[Size];
 static uint64_t Smallest, Largest;
 
 static void permute(int Position) {
-  if (Position == 6) {
+  KERNEL_CALL();
+  if (Position == Size - 1) {
     uint64_t Sum = 0;
-    for (int I = 0; I < 7; ++I)
+    for (int I = 0; I < Size; ++I)
       Sum += (uint64_t)(I + 1) * Items[I];
     if (Sum < Smallest)
       Smallest = Sum;
@@ -30,7 +36,7 @@ static void permute(int Position) {
       Largest = Sum;
     return;
   }
-  for (int I = Position; I < 7; ++I) {
+  for (int I = Position; I < Size; ++I) {
     uint64_t Item = Items[I];
     Items[I] = Items[Position];
     Items[Position] = Item;
@@ -41,7 +47,7 @@ static void permute(int Position) {
 }
 
 static void fillItems(long Case) {
-  for (int I = 0; I < 7; ++I)
+  for (int I = 0; I < Size; ++I)
     Items[I] = (uint64_t)(I * I * 13 + Case * 7 + 5) % 31;
 }
 
@@ -65,11 +71,11 @@ int main(int Argc, char **Argv) {
   uint64_t Expected = 0;
   for (long Case = 0; Case < Cases; ++Case) {
     fillItems(Case);
-    qsort(Items, 7, sizeof(Items[0]), compareItems);
+    qsort(Items, Size, sizeof(Items[0]), compareItems);
     uint64_t Rising = 0, Falling = 0;
-    for (int I = 0; I < 7; ++I) {
+    for (int I = 0; I < Size; ++I) {
       Rising += (uint64_t)(I + 1) * Items[I];
-      Falling += (uint64_t)(7 - I) * Items[I];
+      Falling += (uint64_t)(Size - I) * Items[I];
     }
     Expected += kernelShare(Repeats, Cases, Case) * (Falling + 1000 * Rising);
   }

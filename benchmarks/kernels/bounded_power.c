@@ -1,18 +1,24 @@
 // class: bounded
+// sweep: EXPONENT 125 31 63 96 127 128
 //
-// Power by repeated squaring modulo a prime with the constant exponent 125:
-// 125, 62, 31, 15, 7, 3, 1 are seven activations. Here because the argument is
-// halved rather than counted, and its parity folds at every level.
+// Power by repeated squaring modulo a prime with the constant exponent
+// EXPONENT: 125, 62, 31, 15, 7, 3, 1 are seven activations. Here because the
+// argument is halved rather than counted, and its parity folds at every level.
 //
-// Reference: 124 multiplications one after the other.
+// Reference: multiplications one after the other.
 
 #include "kernel.h"
 
-enum { Cases = 512, Prime = 1000003 };
+#ifndef EXPONENT
+#define EXPONENT 125
+#endif
+
+enum { Cases = 512, Exponent0 = EXPONENT, Prime = 1000003 };
 
 static uint64_t Base;
 
 static uint64_t power(unsigned Exponent) {
+  KERNEL_CALL();
   if (Exponent == 1)
     return Base;
   uint64_t Half = power(Exponent / 2);
@@ -26,13 +32,13 @@ int main(int Argc, char **Argv) {
   for (long R = 0; R < Repeats; ++R) {
     Base = (uint64_t)(R % Cases) * 1931 + 2;
     kernelClobber(&Base);
-    Sum += power(125);
+    Sum += power(Exponent0);
   }
 
   uint64_t Expected = 0;
   for (long Case = 0; Case < Cases; ++Case) {
     uint64_t X = (uint64_t)Case * 1931 + 2, Value = X;
-    for (int I = 1; I < 125; ++I)
+    for (int I = 1; I < Exponent0; ++I)
       Value = Value * X % Prime;
     Expected += kernelShare(Repeats, Cases, Case) * Value;
   }

@@ -1,8 +1,9 @@
 // class: bounded
+// sweep: SIZE 7 5 6 8
 //
-// Seven queens with some squares blocked, the row as the only argument, the
+// SIZE queens with some squares blocked, the row as the only argument, the
 // attacked columns and diagonals in globals; the last row counts its free
-// squares, so the search is seven activations deep. Here as the usual
+// squares, so the search is SIZE activations deep. Here as the usual
 // backtracking on flags in arrays, whose indices fold with the row.
 //
 // Reference: every permutation of the columns in lexicographic order, tested
@@ -10,18 +11,23 @@
 
 #include "kernel.h"
 
-enum { Cases = 8, Size = 7 };
+#ifndef SIZE
+#define SIZE 7
+#endif
+
+enum { Cases = 8, Size = SIZE };
 
 static unsigned char Blocked[Size][Size];
 static unsigned char Column[Size], Rising[2 * Size], Falling[2 * Size];
 static uint64_t Solutions;
 
 static void placeQueen(int Row) {
+  KERNEL_CALL();
   for (int X = 0; X < Size; ++X) {
     if (Blocked[Row][X] | Column[X] | Rising[Row + X] |
         Falling[Row - X + Size - 1])
       continue;
-    if (Row == 6) {
+    if (Row == Size - 1) {
       ++Solutions;
       continue;
     }
@@ -38,8 +44,10 @@ static void blockSquares(long Case) {
 }
 
 static uint64_t referenceCount(void) {
-  int P[Size] = {0, 1, 2, 3, 4, 5, 6};
+  int P[Size];
   uint64_t Count = 0;
+  for (int I = 0; I < Size; ++I)
+    P[I] = I;
   for (;;) {
     int Good = 1;
     for (int I = 0; I < Size && Good; ++I) {

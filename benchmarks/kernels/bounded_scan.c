@@ -1,21 +1,27 @@
 // class: bounded
+// sweep: LEVELS 6 4 5 7
 //
-// A scan of seven columns that recurses into few of them: one trip in 32, six
-// levels at most, the level as the only argument. Here because nearly all work
-// lies in the outermost loop and folds when that loop is unrolled (remainders
-// by the number of the trip); a chain of copies that keeps it from being
-// unrolled costs more than the calls that it saves.
+// A scan of seven columns that recurses into few of them: one trip in 32,
+// LEVELS levels at most, the level as the only argument. Here because nearly
+// all work lies in the outermost loop and folds when that loop is unrolled
+// (remainders by the number of the trip); a chain of copies that keeps it from
+// being unrolled costs more than the calls that it saves.
 //
 // Reference: the same scan with an explicit stack.
 
 #include "kernel.h"
 
-enum { Cases = 64, Columns = 7, Levels = 6 };
+#ifndef LEVELS
+#define LEVELS 6
+#endif
+
+enum { Cases = 64, Columns = 7, Levels = LEVELS };
 
 static uint64_t Board;
 static uint32_t Weights[Columns];
 
 static uint32_t scan(int Level) {
+  KERNEL_CALL();
   if (Level == Levels)
     return (uint32_t)(Board >> 7);
   uint32_t Total = 0;

@@ -1,27 +1,33 @@
 // class: bounded
+// sweep: LENGTH 6 4 5 7
 //
-// Counts the strings of six letters over an alphabet of five that do not
+// Counts the strings of LENGTH letters over an alphabet of five that do not
 // contain a given word of three letters, a string and its reverse once. The
 // position is the only argument, the text a global array. Here as string
 // recursion of fixed length: the test of the last letters depends on the
 // position only and folds per copy.
 //
-// Reference: all 5^6 strings as numbers, read digit by digit.
+// Reference: all such strings as numbers, read digit by digit.
 
 #include "kernel.h"
 
-enum { Cases = 5, Letters = 5 };
+#ifndef LENGTH
+#define LENGTH 6
+#endif
 
-static int Text[6];
+enum { Cases = 5, Letters = 5, Length = LENGTH };
+
+static int Text[Length];
 static int Word[3];
 static uint64_t Count;
 
 static void extend(int Position) {
-  if (Position == 6) {
+  KERNEL_CALL();
+  if (Position == Length) {
     int I = 0;
-    while (I < 2 && Text[I] == Text[5 - I])
+    while (I < (Length - 1) / 2 && Text[I] == Text[Length - 1 - I])
       ++I;
-    if (Text[I] <= Text[5 - I])
+    if (Text[I] <= Text[Length - 1 - I])
       ++Count;
     return;
   }
@@ -52,13 +58,16 @@ int main(int Argc, char **Argv) {
   for (long Case = 0; Case < Cases; ++Case) {
     chooseWord(Case);
     uint64_t Total = 0;
-    for (int Number = 0; Number < 15625; ++Number) {
-      int Digits[6], Rest = Number, Mirrored = 0, Contains = 0;
-      for (int I = 0; I < 6; ++I, Rest /= Letters) {
-        Digits[5 - I] = Rest % Letters;
+    int Strings = 1;
+    for (int I = 0; I < Length; ++I)
+      Strings *= Letters;
+    for (int Number = 0; Number < Strings; ++Number) {
+      int Digits[Length], Rest = Number, Mirrored = 0, Contains = 0;
+      for (int I = 0; I < Length; ++I, Rest /= Letters) {
+        Digits[Length - 1 - I] = Rest % Letters;
         Mirrored = Mirrored * Letters + Rest % Letters;
       }
-      for (int I = 0; I < 4; ++I)
+      for (int I = 0; I < Length - 2; ++I)
         Contains |= Digits[I] == Word[0] && Digits[I + 1] == Word[1] &&
                     Digits[I + 2] == Word[2];
       Total += !Contains && Number <= Mirrored;

@@ -1,22 +1,28 @@
 // class: bounded
+// sweep: ITEMS 6 4 5 7
 //
-// Subset sum of six items by depth-first search: take or leave, one self call
+// Subset sum of ITEMS items by depth-first search: take or leave, one self call
 // in a loop of two, the item as the only argument, the running sum a global.
-// Here as the narrowest tree: 64 leaves, nothing but calls and additions.
+// Here as the narrowest tree: two branches, nothing but calls and additions.
 //
 // Reference: the number of subsets for every sum, added item by item.
 
 #include "kernel.h"
 
-enum { Cases = 32 };
+#ifndef ITEMS
+#define ITEMS 6
+#endif
 
-static int Items[6] = {3, 5, 6, 9, 11, 14};
+enum { Cases = 32, Size = ITEMS };
+
+static int Items[8] = {3, 5, 6, 9, 11, 14, 8, 4};
 static int Sum;
 static int Target;
 static uint64_t Count;
 
 static void decide(int Item) {
-  if (Item == 6) {
+  KERNEL_CALL();
+  if (Item == Size) {
     if (Sum == Target)
       ++Count;
     return;
@@ -30,7 +36,7 @@ static void decide(int Item) {
 
 static void choose(long Case) {
   Target = 10 + (int)Case;
-  Items[5] = 14 + (int)Case % 3;
+  Items[Size - 1] = 14 + (int)Case % 3;
 }
 
 int main(int Argc, char **Argv) {
@@ -45,7 +51,7 @@ int main(int Argc, char **Argv) {
   for (long Case = 0; Case < Cases; ++Case) {
     choose(Case);
     uint64_t Ways[128] = {1};
-    for (int I = 0; I < 6; ++I)
+    for (int I = 0; I < Size; ++I)
       for (int S = 127; S >= Items[I]; --S)
         Ways[S] += Ways[S - Items[I]];
     Expected += kernelShare(Repeats, Cases, Case) * Ways[Target];

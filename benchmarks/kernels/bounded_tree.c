@@ -1,25 +1,36 @@
 // class: bounded
+// sweep: LEVELS 6 4 5 7
 //
-// Walks a complete four-way tree of seven levels stored in an array; the level
-// is the only argument and a global carries the node. A node's result is its
-// value plus the largest result of its children, and every visit increments
+// Walks a complete four-way tree of LEVELS + 1 levels stored in an array; the
+// level is the only argument and a global carries the node. A node's result is
+// its value plus the largest result of its children, and every visit increments
 // the node's value. Here for the fixed fan-out: most calls end at once in a
 // leaf, so the call itself is the cost.
 //
 // Reference: each visit adds one to all values, so a walk's result is the
-// largest root-to-leaf sum, taken level by level from the leaves, plus seven
-// per walk before it.
+// largest root-to-leaf sum, taken level by level from the leaves, plus one per
+// level and walk before it.
 
 #include "kernel.h"
 
-enum { Inner = (4096 - 1) / 3, Nodes = Inner + 4096 };
+#ifndef LEVELS
+#define LEVELS 6
+#endif
+
+enum {
+  Levels = LEVELS,
+  Leaves = 1 << 2 * Levels,
+  Inner = (Leaves - 1) / 3,
+  Nodes = Inner + Leaves
+};
 
 static uint32_t Values[Nodes];
 static unsigned Node;
 
 static uint32_t walk(int Level) {
+  KERNEL_CALL();
   uint32_t Value = Values[Node]++;
-  if (Level == 6)
+  if (Level == Levels)
     return Value;
   uint32_t Largest = 0;
   for (unsigned I = 1; I <= 4; ++I) {
@@ -59,5 +70,5 @@ int main(int Argc, char **Argv) {
   }
   uint64_t N = (uint64_t)Repeats;
   return kernelReport("tree", Repeats, Sum,
-                      N * Values[0] + 7 * (N * (N - 1) / 2));
+                      N * Values[0] + (Levels + 1) * (N * (N - 1) / 2));
 }

@@ -1,15 +1,20 @@
 // class: bounded
+// sweep: STEPS 6 4 5 7
 //
-// Self-avoiding walks of six steps on a grid with a blocked square, four
+// Self-avoiding walks of STEPS steps on a grid with a blocked square, four
 // directions in a loop, the step as the only argument, position and visited
 // squares globals. Here because its branch on the visited square cannot be
 // predicted from the argument; only the end of the recursion folds.
 //
-// Reference: each of the 4096 direction sequences followed step by step.
+// Reference: each of the 4^STEPS direction sequences followed step by step.
 
 #include "kernel.h"
 
-enum { Cases = 8, Width = 16, Centre = 8 * Width + 8 };
+#ifndef STEPS
+#define STEPS 6
+#endif
+
+enum { Steps = STEPS, Cases = 8, Width = 16, Centre = 8 * Width + 8 };
 
 static const int Directions[4] = {1, -1, Width, -Width};
 static unsigned char Visited[Width * Width];
@@ -17,7 +22,8 @@ static int Square;
 static uint64_t Count;
 
 static void step(int Number) {
-  if (Number == 6) {
+  KERNEL_CALL();
+  if (Number == Steps) {
     ++Count;
     return;
   }
@@ -55,10 +61,10 @@ int main(int Argc, char **Argv) {
   uint64_t Expected = 0;
   for (long Case = 0; Case < Cases; ++Case) {
     uint64_t Good = 0;
-    for (int Sequence = 0; Sequence < 4096; ++Sequence) {
-      int Path[8] = {blockedSquare(Case), Centre};
+    for (int Sequence = 0; Sequence < 1 << 2 * Steps; ++Sequence) {
+      int Path[Steps + 2] = {blockedSquare(Case), Centre};
       int Length = 2;
-      for (; Length < 8; ++Length) {
+      for (; Length < Steps + 2; ++Length) {
         int Next =
             Path[Length - 1] + Directions[Sequence >> (2 * (Length - 2)) & 3];
         int I = 0;
@@ -68,7 +74,7 @@ int main(int Argc, char **Argv) {
           break;
         Path[Length] = Next;
       }
-      Good += Length == 8;
+      Good += Length == Steps + 2;
     }
     Expected += kernelShare(Repeats, Cases, Case) * Good;
   }

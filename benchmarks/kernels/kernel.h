@@ -15,6 +15,21 @@
 // or parts of an inlined recursion (sums of values that no repeat changes) move
 // out of the loop even though the calls do not.
 //
+// Two lines of a kernel's header comment are read by ./bench:
+//
+//   // class: unbounded
+//   // sweep: argument 30 31 32     the input is the second program argument
+//   // sweep: DEPTH 6 4 5 7         the input is a constant: -DDEPTH=6 ...
+//
+// The first input is the one of a short measurement. Where it is a constant,
+// that is the point of the kernel. An input with commas stands for several
+// arguments.
+//
+// KERNEL_CALL stands in the recursive function. With -DKERNEL_COUNT the program
+// counts the activations there, prints their number, and by default does a
+// twentieth of its repeats: so it is known, independently of any compiler, how
+// many repeats make the same work for another input, and what one call costs.
+//
 //===----------------------------------------------------------------------===//
 
 #ifndef BENCH_KERNEL_H
@@ -24,6 +39,15 @@
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
+
+#ifdef KERNEL_COUNT
+static uint64_t kernelCalls;
+#define KERNEL_CALL() ((void)++kernelCalls)
+enum { KernelShare = 20 };
+#else
+#define KERNEL_CALL() ((void)0)
+enum { KernelShare = 1 };
+#endif
 
 /// Returns argument number Index as an integer in [Low, High], or Default when
 /// it is absent.
@@ -44,7 +68,7 @@ static inline long kernelArgument(int Argc, char **Argv, int Index,
 
 /// Returns the repeat count: the first argument, or Default.
 static inline long kernelRepeats(int Argc, char **Argv, long Default) {
-  return kernelArgument(Argc, Argv, 1, Default, 1, 2000000000);
+  return kernelArgument(Argc, Argv, 1, Default / KernelShare, 1, 2000000000);
 }
 
 /// Returns how many of Repeats repeats ran case Case of Cases.
@@ -62,6 +86,9 @@ static inline void kernelClobber(void *State) {
 static inline int kernelReport(const char *Name, long Repeats, uint64_t Got,
                                uint64_t Expected) {
   printf("%s repeats %ld result %" PRIu64 "\n", Name, Repeats, Got);
+#ifdef KERNEL_COUNT
+  printf("calls %" PRIu64 "\n", kernelCalls);
+#endif
   if (Got == Expected)
     return 0;
   fprintf(stderr, "%s: wrong result %" PRIu64 ", expected %" PRIu64 "\n", Name,

@@ -9,7 +9,8 @@
 // compiler without the plugin then sees the plain program.
 //
 // RING_OPAQUE_START makes the start of the recursion a second program argument,
-// unknown to the compiler; without it the start is a constant.
+// unknown to the compiler; without it the start is a constant, START if that is
+// defined.
 //
 //===----------------------------------------------------------------------===//
 
@@ -32,8 +33,13 @@
   ((unsigned)kernelArgument(Argc, Argv, 2, Default, 0, Last))
 #define RING_NAME(Name) Name "-opaque"
 #else
+#ifdef START
+#define RING_START(Argc, Argv, Default, Last)                                  \
+  ((void)(Argc), (void)(Argv), (unsigned)(START))
+#else
 #define RING_START(Argc, Argv, Default, Last)                                  \
   ((void)(Argc), (void)(Argv), (unsigned)(Default))
+#endif
 #define RING_NAME(Name) Name "-const"
 #endif
 

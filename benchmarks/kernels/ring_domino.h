@@ -15,6 +15,7 @@ static uint64_t Tilings;
 
 INLINERECURSION_SPECIALIZE
 static void tile(int Square) {
+  KERNEL_CALL();
   int Column = Square % 7;
   ++Visits[Column];
   if (Square == Squares) {

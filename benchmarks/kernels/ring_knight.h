@@ -15,6 +15,7 @@ static uint64_t Tours;
 
 INLINERECURSION_SPECIALIZE
 static void tour(int Square) {
+  KERNEL_CALL();
   unsigned Column = (unsigned)(Square % 5);
   ++Steps[Column];
   Visited |= 1u << Square;
@@ -31,7 +32,7 @@ static void tour(int Square) {
   Visited &= ~(1u << Square);
 }
 
-/// Returns the squares a case blocks; the corners used as starts stay free.
+/// Returns the squares a case blocks; the start stays free.
 static unsigned blockedSquares(unsigned Case) {
   return 1u << (7 + Case) | 1u << (22 - Case) | 1u << 3;
 }

@@ -1,4 +1,5 @@
 // class: ring
+// sweep: argument 0 1 2 4 12
 //
 // Counts knight's tours on a board of five by five; the argument is the square,
 // remainder by five. Here because the next argument differs from move to move,

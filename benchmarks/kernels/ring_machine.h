@@ -14,6 +14,7 @@ static uint32_t Registers[7];
 
 INLINERECURSION_SPECIALIZE
 static uint32_t run(int Step) {
+  KERNEL_CALL();
   int State = Step % 7;
   uint32_t Before = Registers[State];
   if (Step == 0)

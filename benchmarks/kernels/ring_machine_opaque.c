@@ -1,4 +1,5 @@
 // class: ring
+// sweep: argument 1000 999 998 997 996 995 994
 //
 // A state machine by recursion; the argument counts the steps down, its
 // remainder by seven is the state. Here for a switch on the remainder, which

@@ -23,6 +23,7 @@ static uint64_t Solutions;
 
 INLINERECURSION_SPECIALIZE
 static void solve(INDEX Cell) {
+  KERNEL_CALL();
   unsigned Column = Cell % SIDE;
   unsigned Inner = Cell % BOX_WIDTH;
   ++Visits[Column];

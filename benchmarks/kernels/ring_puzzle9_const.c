@@ -1,4 +1,5 @@
 // class: ring
+// sweep: START 0 1 2 3 5
 //
 // Completes a puzzle of 9 x 9 cells; the argument is the cell. Its remainder by
 // nine is bounded too loosely for a ring, the one by three gives four copies.

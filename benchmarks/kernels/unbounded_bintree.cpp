@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 11 9 10 12
 //
 // Builds complete binary trees of owned nodes and sums them: build, sum and the
 // implicit destructor are all recursive. Here for recursion through library
@@ -12,8 +13,6 @@
 
 namespace {
 
-constexpr int Cases = 3;
-
 struct Node {
   uint64_t Value;
   std::unique_ptr<Node> Left, Right;
@@ -22,6 +21,7 @@ struct Node {
 uint64_t Offset;
 
 std::unique_ptr<Node> build(int Depth, uint64_t Number) {
+  KERNEL_CALL();
   if (Depth == 0)
     return nullptr;
   auto N = std::make_unique<Node>();
@@ -32,6 +32,7 @@ std::unique_ptr<Node> build(int Depth, uint64_t Number) {
 }
 
 uint64_t sum(const Node *N) {
+  KERNEL_CALL();
   return N ? N->Value + sum(N->Left.get()) + sum(N->Right.get()) : 0;
 }
 
@@ -39,11 +40,12 @@ uint64_t sum(const Node *N) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 7500);
+  int Depth = (int)kernelArgument(Argc, Argv, 2, 11, 1, 20);
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
     Offset = static_cast<uint64_t>(R);
     kernelClobber(&Offset);
-    auto Root = build(10 + static_cast<int>(R % Cases), 1);
+    auto Root = build(Depth, 1);
     for (int Pass = 0; Pass < 3; ++Pass) {
       kernelClobber(Root.get());
       Sum += sum(Root.get());
@@ -52,7 +54,7 @@ int main(int Argc, char **Argv) {
 
   uint64_t Expected = 0;
   for (long R = 0; R < Repeats; ++R) {
-    uint64_t Nodes = (uint64_t{1} << (10 + R % Cases)) - 1;
+    uint64_t Nodes = (uint64_t{1} << Depth) - 1;
     Expected +=
         3 * (Nodes * (Nodes + 1) / 2 + Nodes * static_cast<uint64_t>(R));
   }

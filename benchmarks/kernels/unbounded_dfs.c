@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 1000 500 2000 4000
 //
 // Depth-first search on a directed graph in adjacency arrays; the order in
 // which vertices finish makes the checksum. Here for a call that most
@@ -8,13 +9,15 @@
 
 #include "kernel.h"
 
-enum { Vertices = 1000, Degree = 5, Cases = 8 };
+enum { Most = 4000, Degree = 5, Cases = 8 };
 
-static int Targets[Vertices * Degree], FirstEdge[Vertices + 1];
-static uint32_t Mark[Vertices], Epoch;
+static int Vertices;
+static int Targets[Most * Degree], FirstEdge[Most + 1];
+static uint32_t Mark[Most], Epoch;
 static uint32_t Checksum;
 
 static void search(int Vertex) {
+  KERNEL_CALL();
   Mark[Vertex] = Epoch;
   for (int E = FirstEdge[Vertex]; E < FirstEdge[Vertex + 1]; ++E)
     if (Mark[Targets[E]] != Epoch)
@@ -23,8 +26,8 @@ static void search(int Vertex) {
 }
 
 static uint32_t referenceChecksum(int Start) {
-  static unsigned char Seen[Vertices];
-  static int Stack[Vertices], Next[Vertices];
+  static unsigned char Seen[Most];
+  static int Stack[Most], Next[Most];
   for (int I = 0; I < Vertices; ++I) {
     Seen[I] = 0;
     Next[I] = FirstEdge[I];
@@ -51,12 +54,13 @@ static uint32_t referenceChecksum(int Start) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 90000);
+  Vertices = (int)kernelArgument(Argc, Argv, 2, 1000, 10, Most);
   uint32_t Random = 7;
   int Edges = 0;
   for (int V = 0; V < Vertices; ++V) {
     FirstEdge[V] = Edges;
     for (uint32_t I = kernelRandom(&Random) % Degree + 1; I > 0; --I)
-      Targets[Edges++] = (int)(kernelRandom(&Random) % Vertices);
+      Targets[Edges++] = (int)(kernelRandom(&Random) % (uint32_t)Vertices);
   }
   FirstEdge[Vertices] = Edges;
 
@@ -64,13 +68,13 @@ int main(int Argc, char **Argv) {
   for (long R = 0; R < Repeats; ++R) {
     ++Epoch;
     Checksum = 0;
-    search((int)(R % Cases) * 100);
+    search((int)(R % Cases) * (Vertices / 10));
     Sum += Checksum;
   }
 
   uint64_t Expected = 0;
   for (long Case = 0; Case < Cases; ++Case)
-    Expected +=
-        kernelShare(Repeats, Cases, Case) * referenceChecksum((int)Case * 100);
+    Expected += kernelShare(Repeats, Cases, Case) *
+                referenceChecksum((int)Case * (Vertices / 10));
   return kernelReport("dfs", Repeats, Sum, Expected);
 }

@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 9 8 7 6
 //
 // Edit distance without memory: three calls per mismatch, exponential in the
 // length. Here for two arguments that both count down to their own end.
@@ -15,6 +16,7 @@ static const char *const Words[Cases][2] = {
 static const char *A, *B;
 
 static int distance(int I, int J) {
+  KERNEL_CALL();
   if (I == 0)
     return J;
   if (J == 0)
@@ -28,15 +30,19 @@ static int distance(int I, int J) {
   return (Replace < Best ? Replace : Best) + 1;
 }
 
+/// The words are compared up to this length.
+static int Longest;
+
 static int length(const char *S) {
   int N = 0;
-  while (S[N])
+  while (S[N] && N < Longest)
     ++N;
   return N;
 }
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 12000);
+  Longest = (int)kernelArgument(Argc, Argv, 2, 9, 1, 15);
   uint64_t Sum = 0, Expected = 0;
   for (long R = 0; R < Repeats; ++R) {
     A = Words[R % Cases][0];

@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 2000 500 1000 4000
 //
 // Evaluates an expression tree through pointers with a switch on the operator,
 // in C++. Here for a recursion whose branches hold their own pair of calls, so
@@ -12,7 +13,7 @@
 
 namespace {
 
-constexpr int Cases = 8, Leaves = 2000;
+constexpr int Cases = 8;
 
 enum class Kind { Constant, Add, Subtract, Multiply, Not };
 
@@ -23,6 +24,7 @@ struct Node {
 };
 
 uint32_t evaluate(const Node &N) {
+  KERNEL_CALL();
   switch (N.K) {
   case Kind::Constant:
     return N.Value;
@@ -39,12 +41,12 @@ uint32_t evaluate(const Node &N) {
 }
 
 /// Joins random neighbours until one tree is left.
-std::vector<Node> buildTree() {
+std::vector<Node> buildTree(size_t Leaves) {
   std::vector<Node> Nodes;
   Nodes.reserve(3 * Leaves);
   std::vector<const Node *> Forest;
   uint32_t Random = 8;
-  for (int I = 0; I < Leaves; ++I) {
+  for (size_t I = 0; I < Leaves; ++I) {
     Nodes.push_back({Kind::Constant, kernelRandom(&Random), nullptr, nullptr});
     Forest.push_back(&Nodes.back());
   }
@@ -82,7 +84,9 @@ uint32_t referenceValue(const std::vector<Node> &Nodes) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 16000);
-  std::vector<Node> Nodes = buildTree();
+  auto Leaves =
+      static_cast<size_t>(kernelArgument(Argc, Argv, 2, 2000, 10, 100000));
+  std::vector<Node> Nodes = buildTree(Leaves);
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
     Nodes[0].Value = static_cast<uint32_t>(R % Cases);

@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 4 3 5 6
 //
 // Flood fill of a grid with walls, four self calls in a row. Here for calls
 // outside a loop, most of which return at once.
@@ -13,6 +14,7 @@ enum { Width = 64, Cells = Width * Width, Cases = 4 };
 static unsigned char Open[Cells];
 
 static uint32_t fill(int Cell) {
+  KERNEL_CALL();
   if (!Open[Cell])
     return 0;
   Open[Cell] = 0;
@@ -24,13 +26,15 @@ static uint32_t fill(int Cell) {
   return Size;
 }
 
-/// Draws walls at the border and at about two cells in five.
+static uint32_t Walls;
+
+/// Draws walls at the border and at about Walls cells in ten.
 static void drawMap(long Case) {
   uint32_t Random = 3 + (uint32_t)Case;
   for (int I = 0; I < Cells; ++I) {
     int X = I % Width, Y = I / Width;
     int Border = X == 0 || Y == 0 || X == Width - 1 || Y == Width - 1;
-    Open[I] = kernelRandom(&Random) % 5 >= 2 && !Border;
+    Open[I] = kernelRandom(&Random) % 10 >= Walls && !Border;
   }
 }
 
@@ -61,6 +65,7 @@ static uint64_t referenceSum(void) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 16000);
+  Walls = (uint32_t)kernelArgument(Argc, Argv, 2, 4, 1, 9);
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
     drawMap(R % Cases);

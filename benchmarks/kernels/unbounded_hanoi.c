@@ -1,6 +1,7 @@
 // class: unbounded
+// sweep: argument 16 13 14 15 17
 //
-// The towers of Hanoi with 16 disks; every move is mixed into a checksum that
+// The towers of Hanoi with some disks; every move is mixed into a checksum that
 // depends on the order. Here for two calls around one piece of work with four
 // arguments passed on in other places.
 //
@@ -9,14 +10,15 @@
 
 #include "kernel.h"
 
-enum { Cases = 6, Disks = 16 };
+enum { Cases = 6 };
 
 static const unsigned char Pegs[Cases][3] = {{0, 1, 2}, {0, 2, 1}, {1, 0, 2},
                                              {1, 2, 0}, {2, 0, 1}, {2, 1, 0}};
 static uint32_t Checksum;
-static int Height = Disks;
+static int Height;
 
 static void move(int Disk, uint32_t From, uint32_t To, uint32_t Spare) {
+  KERNEL_CALL();
   if (Disk == 0)
     return;
   move(Disk - 1, From, Spare, To);
@@ -26,6 +28,7 @@ static void move(int Disk, uint32_t From, uint32_t To, uint32_t Spare) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 4000);
+  Height = (int)kernelArgument(Argc, Argv, 2, 16, 1, 30);
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
     const unsigned char *P = Pegs[R % Cases];
@@ -38,9 +41,11 @@ int main(int Argc, char **Argv) {
   uint64_t Expected = 0;
   for (long Case = 0; Case < Cases; ++Case) {
     // With an even number of disks the rule's pegs 0, 1, 2 are source, target,
-    // spare.
-    uint32_t P[3] = {Pegs[Case][0], Pegs[Case][2], Pegs[Case][1]}, Value = 0;
-    for (uint32_t M = 1; M < 1u << Disks; ++M)
+    // spare, and with an odd number source, spare, target.
+    int Odd = Height % 2;
+    uint32_t P[3] = {Pegs[Case][0], Pegs[Case][2 - Odd], Pegs[Case][1 + Odd]};
+    uint32_t Value = 0;
+    for (uint32_t M = 1; M < 1u << Height; ++M)
       Value = Value * 5 + P[(M & (M - 1)) % 3] * 3 + P[((M | (M - 1)) + 1) % 3];
     Expected += kernelShare(Repeats, Cases, Case) * Value;
   }

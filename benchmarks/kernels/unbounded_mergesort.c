@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 8192 4096 6000 10000
 //
 // Merge sort that counts inversions. Here for two calls before the work, with
 // the result of both added up.
@@ -7,11 +8,13 @@
 
 #include "kernel.h"
 
-enum { Cases = 4, Length = 8192, Values = 4096 };
+enum { Cases = 4, Longest = 16384, Values = 4096 };
 
-static uint32_t Numbers[Length], Buffer[Length];
+static uint32_t Numbers[Longest], Buffer[Longest];
+static int Length;
 
 static uint64_t sortRange(int Low, int High) {
+  KERNEL_CALL();
   if (High - Low < 2)
     return 0;
   int Middle = Low + (High - Low) / 2;
@@ -38,6 +41,7 @@ static void fillNumbers(long Case) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 800);
+  Length = (int)kernelArgument(Argc, Argv, 2, 8192, 2, Longest);
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
     fillNumbers(R % Cases);
@@ -53,7 +57,7 @@ int main(int Argc, char **Argv) {
     fillNumbers(Case);
     uint32_t Tree[Values + 1] = {0};
     uint64_t Inversions = 0;
-    for (uint32_t I = 0; I < Length; ++I) {
+    for (uint32_t I = 0; I < (uint32_t)Length; ++I) {
       uint32_t NotGreater = 0;
       for (uint32_t P = Numbers[I] + 1; P > 0; P &= P - 1)
         NotGreater += Tree[P];

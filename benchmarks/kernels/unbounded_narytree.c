@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 4000 1000 2000 8000
 //
 // Walks a tree with any number of children per node, stored as first child and
 // next sibling: one self call in a loop over a list. Two arguments, the node
@@ -9,12 +10,13 @@
 
 #include "kernel.h"
 
-enum { Nodes = 4000 };
+enum { Most = 8000 };
 
-static int Parent[Nodes], Child[Nodes], Sibling[Nodes];
-static uint32_t Values[Nodes];
+static int Parent[Most], Child[Most], Sibling[Most];
+static uint32_t Values[Most];
 
 static uint64_t visit(int Node, uint32_t Depth) {
+  KERNEL_CALL();
   uint64_t Sum = (uint64_t)Values[Node]++ * Depth;
   for (int C = Child[Node]; C >= 0; C = Sibling[C])
     Sum += visit(C, Depth + 1);
@@ -23,6 +25,7 @@ static uint64_t visit(int Node, uint32_t Depth) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 64000);
+  int Nodes = (int)kernelArgument(Argc, Argv, 2, 4000, 2, Most);
   uint32_t Random = 42;
   Child[0] = Sibling[0] = -1;
   for (int I = 1; I < Nodes; ++I) {
@@ -33,7 +36,7 @@ int main(int Argc, char **Argv) {
     Child[Parent[I]] = I;
   }
   uint64_t First = 0, Depths = 1;
-  static uint32_t Depth[Nodes] = {1};
+  static uint32_t Depth[Most] = {1};
   for (int I = 1; I < Nodes; ++I) {
     Depth[I] = Depth[Parent[I]] + 1;
     Depths += Depth[I];

@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 1200 300 600 900
 //
 // Parses and evaluates a generated expression text by precedence climbing: one
 // function that calls itself for the right operand and for a parenthesis. Here
@@ -8,7 +9,7 @@
 
 #include "kernel.h"
 
-enum { Cases = 4, Capacity = 8192 };
+enum { Cases = 4, Capacity = 8192, MostOperands = 1200 };
 
 static char Text[Cases][Capacity];
 static const char *Position;
@@ -41,6 +42,7 @@ static uint32_t combine(char Operator, uint32_t A, uint32_t B) {
 }
 
 static uint32_t parse(int Weakest) {
+  KERNEL_CALL();
   uint32_t Value = 0;
   if (*Position == '(') {
     ++Position;
@@ -61,11 +63,11 @@ static uint32_t parse(int Weakest) {
 }
 
 /// Writes operands, operators and parentheses; what stays open is closed last.
-static void writeText(long Case) {
+static void writeText(long Case, int Operands) {
   char *Out = Text[Case];
   uint32_t Random = 1 + (uint32_t)Case;
   int Open = 0;
-  for (int I = 0; I < 1200; ++I) {
+  for (int I = 0; I < Operands; ++I) {
     for (; Open < 30 && kernelRandom(&Random) % 3 == 0; ++Open)
       *Out++ = '(';
     *Out++ = (char)('1' + kernelRandom(&Random) % 9);
@@ -114,9 +116,11 @@ static uint32_t referenceValue(const char *P) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 60000);
+  int Operands =
+      (int)kernelArgument(Argc, Argv, 2, MostOperands, 1, MostOperands);
   uint64_t Sum = 0, Expected = 0;
   for (long Case = 0; Case < Cases; ++Case)
-    writeText(Case);
+    writeText(Case, Operands);
   for (long R = 0; R < Repeats; ++R) {
     kernelClobber(Text);
     Position = Text[R % Cases];

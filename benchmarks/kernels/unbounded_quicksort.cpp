@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 20000 5000 10000 15000
 //
 // Quicksort as a function template over iterators, both halves by recursion, no
 // cut-off for short ranges. Here for a recursion whose work per level shrinks
@@ -13,9 +14,10 @@
 
 namespace {
 
-constexpr int Cases = 4, Length = 20000, Values = 4096;
+constexpr int Cases = 4, Values = 4096;
 
 template <typename Iterator> void quickSort(Iterator First, Iterator Last) {
+  KERNEL_CALL();
   if (Last - First < 2)
     return;
   auto Pivot = First[(Last - First) / 2];
@@ -42,7 +44,8 @@ void fillNumbers(std::vector<uint32_t> &Numbers, long Case) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 400);
-  std::vector<uint32_t> Numbers(Length);
+  int Length = (int)kernelArgument(Argc, Argv, 2, 20000, 1, 1000000);
+  std::vector<uint32_t> Numbers(static_cast<size_t>(Length));
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
     fillNumbers(Numbers, R % Cases);

@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 12,7,3 12,8,3 11,4,2 10,4,1 10,5,0
 //
 // Takeuchi's function in its first form, which returns y: three inner calls and
 // one in tail position, arguments that no level shares. Here for several
@@ -8,32 +9,31 @@
 
 #include "kernel.h"
 
-enum { Cases = 3 };
-
 static int X, Y, Z;
 
 static int tak(int A, int B, int C) {
+  KERNEL_CALL();
   if (A <= B)
     return B;
   return tak(tak(A - 1, B, C), tak(B - 1, C, A), tak(C - 1, A, B));
 }
 
 int main(int Argc, char **Argv) {
-  long Repeats = kernelRepeats(Argc, Argv, 8000);
+  long Repeats = kernelRepeats(Argc, Argv, 4000);
+  int A = (int)kernelArgument(Argc, Argv, 2, 12, 0, 40);
+  int B = (int)kernelArgument(Argc, Argv, 3, 7, 0, 40);
+  int C = (int)kernelArgument(Argc, Argv, 4, 3, 0, 40);
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
-    X = 9 + (int)(R % Cases);
-    Y = 4;
-    Z = (int)(R % Cases);
+    X = A;
+    Y = B;
+    Z = C;
     kernelClobber(&X);
+    kernelClobber(&Y);
+    kernelClobber(&Z);
     Sum += (uint64_t)tak(X, Y, Z);
   }
 
-  uint64_t Expected = 0;
-  for (long Case = 0; Case < Cases; ++Case) {
-    int A = 9 + (int)Case, B = 4, C = (int)Case;
-    int Value = A <= B ? B : B <= C ? C : A;
-    Expected += kernelShare(Repeats, Cases, Case) * (uint64_t)Value;
-  }
-  return kernelReport("tak", Repeats, Sum, Expected);
+  int Value = A <= B ? B : B <= C ? C : A;
+  return kernelReport("tak", Repeats, Sum, (uint64_t)Repeats * (uint64_t)Value);
 }

@@ -1,4 +1,5 @@
 // class: unbounded
+// sweep: argument 10 7 8 9
 //
 // Counts the paths that spell a word in a grid of letters, four directions in a
 // loop, no square twice. Here for a self call inside a loop in a function of
@@ -8,16 +9,17 @@
 
 #include "kernel.h"
 
-enum { Width = 18, Squares = Width * Width, Cases = 4 };
+enum { Width = 18, Squares = Width * Width, Cases = 4, Longest = 10 };
 
 static char Grid[Squares];
 static const char *Word;
 
-static const char *const Words[Cases] = {"ababbabaab", "aabbaabbaa",
+static char Words[Cases][Longest + 1] = {"ababbabaab", "aabbaabbaa",
                                          "bbbabbbabb", "abaabaabaa"};
 static const int Directions[4] = {1, -1, Width, -Width};
 
 static uint32_t spell(int Square, int Letter) {
+  KERNEL_CALL();
   if (Grid[Square] != Word[Letter])
     return 0;
   if (!Word[Letter + 1])
@@ -70,6 +72,9 @@ static uint64_t referencePaths(const char *W, int Start) {
 
 int main(int Argc, char **Argv) {
   long Repeats = kernelRepeats(Argc, Argv, 5500);
+  int Length = (int)kernelArgument(Argc, Argv, 2, 10, 2, Longest);
+  for (int Case = 0; Case < Cases; ++Case)
+    Words[Case][Length] = 0;
   uint64_t Sum = 0, Expected = 0;
   fillGrid();
   for (long R = 0; R < Repeats; ++R) {

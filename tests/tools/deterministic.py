@@ -4,8 +4,8 @@
     deterministic.py same  --bin DIR --plugin FILE --scratch DIR SOURCE ...
 
 `twice` runs the plugin's pipeline twice over each source's module, at each
-level: the second run must change nothing. Each run has a budget of copies of its
-own, which is made large enough here for the first one.
+level: the second run must change nothing. Each run has a budget of copies of
+its own, which is made large enough here for the first one.
 
 `same` compiles each source again and again, to IR by opt and to an object file
 by clang, without and with debug information: twice in the same way, with
@@ -13,8 +13,9 @@ addresses that are not randomised (where the system lets one ask for that), and
 in another directory. The files must be the same, bit for bit.
 
 A pass that does nothing passes both, so each also says how many copies (or
-rebuilt functions) there were, for a test to check that there were some. Prints each difference and the
-command that shows it, and exits with 1 if there was any.
+rebuilt functions) there were, for a test to check that there were some. Prints
+each difference and the command that shows it, and exits with 1 if there was
+any.
 """
 
 import argparse

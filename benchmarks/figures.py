@@ -1,0 +1,81 @@
+"""From rows of medians to the figures of the report. No input, no output."""
+
+import math
+
+# A difference below this is taken for noise.
+TOLERANCE = 0.03
+
+
+def ratio(row, above, below):
+    """How many times as fast BELOW is as ABOVE, or None where a time is missing
+    or too short to compare."""
+    a, b = row["seconds"].get(above), row["seconds"].get(below)
+    return a / b if a and b else None
+
+
+def ratios(rows, above, below):
+    return [r for row in rows if (r := ratio(row, above, below)) is not None]
+
+
+def same_program(row, one, other):
+    """Whether two columns' programs are the same file, byte by byte."""
+    programs = row.get("program", {})
+    return one in programs and programs[one] == programs.get(other)
+
+
+def geometric_mean(values):
+    """The geometric mean, or None of nothing."""
+    values = list(values)
+    if not values:
+        return None
+    return math.exp(sum(map(math.log, values)) / len(values))
+
+
+def standing(rows, rival, label):
+    """On how many rows LABEL is (ahead of, level with, behind) RIVAL."""
+    values = ratios(rows, rival, label)
+    ahead = sum(v > 1 + TOLERANCE for v in values)
+    behind = sum(1 / v > 1 + TOLERANCE for v in values)
+    return ahead, len(values) - ahead - behind, behind
+
+
+def slower(rows, labels, base="clang"):
+    """(row, label, share of time more) for what is slower than the base."""
+    return [(row, label, r - 1) for row in rows for label in labels
+            if (r := ratio(row, label, base)) is not None and r > 1 + TOLERANCE]
+
+
+def verdict_line(row, label, more, base="clang"):
+    return (f"SLOWER: {row['kernel']} {row['input']} at {label} takes "
+            f"{more * 100:.1f} % more time than plain {base}")
+
+
+def by_kernel(rows):
+    groups = {}
+    for row in rows:
+        groups.setdefault(row["kernel"], []).append(row)
+    return groups
+
+
+def nanoseconds_per_call(row, label):
+    seconds = row["seconds"].get(label)
+    return seconds * 1e9 / row["calls"] if seconds and row["calls"] else None
+
+
+def swing(rows, label):
+    """Worst over best time per call over the inputs of one kernel."""
+    times = [t for row in rows
+             if (t := nanoseconds_per_call(row, label)) is not None]
+    return max(times) / min(times) if len(times) > 1 else None
+
+
+def fit_exponent(sizes, costs):
+    """The exponent e of cost = c * size^e by least squares on logarithms."""
+    points = [(math.log(s), math.log(c)) for s, c in zip(sizes, costs)
+              if s > 0 and c > 0]
+    if len({x for x, _ in points}) < 2:
+        return None
+    mean_x = sum(x for x, _ in points) / len(points)
+    mean_y = sum(y for _, y in points) / len(points)
+    return (sum((x - mean_x) * (y - mean_y) for x, y in points) /
+            sum((x - mean_x) ** 2 for x, _ in points))
