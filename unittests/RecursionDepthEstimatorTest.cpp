@@ -278,9 +278,10 @@ TEST(RecursionDepthEstimatorTest, SeveralSelfCalls) {
             "(6, 6)(4, 4)");
 }
 
-/// `f(i32 n)`, whose loop of seven trips over %i does \p Work and then calls
+/// `f(i32 n)`, whose loop of \p Trips trips over %i does \p Work and then calls
 /// itself, in those trips for which \p Made is true.
-std::string estimateInLoop(StringRef Work, StringRef Made) {
+std::string estimateInLoop(const Twine &Work, StringRef Made,
+                           unsigned Trips = 7) {
   return estimate("@g = global i32 0\n"
                   "define void @f(i32 %n) {\n"
                   "  %stop = icmp eq i32 %n, 4\n"
@@ -294,7 +295,9 @@ std::string estimateInLoop(StringRef Work, StringRef Made) {
                   "call:\n  %next = add i32 %n, 1\n"
                   "  call void @f(i32 %next)\n  br label %latch\n"
                   "latch:\n  %j = add nuw nsw i32 %i, 1\n"
-                  "  %last = icmp eq i32 %j, 7\n"
+                  "  %last = icmp eq i32 %j, " +
+                  Twine(Trips) +
+                  "\n"
                   "  br i1 %last, label %leaf, label %loop\n"
                   "leaf:\n  ret void\n}\n"
                   "define void @main() {\n  call void @f(i32 0)\n"
@@ -319,12 +322,232 @@ TEST(RecursionDepthEstimatorTest, DeclinesWhereUnrollingIsWorthMore) {
             BetterUnrolled);
 }
 
+TEST(RecursionDepthEstimatorTest, DeclinesForBranchesOnTheTrip) {
+  EXPECT_EQ(estimateInLoop("%t = icmp eq i32 %i, 3\n"
+                           "  br i1 %t, label %then, label %join\n"
+                           "then:\n  br label %join\njoin:",
+                           "%odd"),
+            BetterUnrolled);
+  EXPECT_EQ(estimateInLoop("switch i32 %i, label %join [ i32 3, label %then ]\n"
+                           "then:\n  br label %join\njoin:",
+                           "%odd"),
+            BetterUnrolled);
+  // One that leaves the loop is no gain, nor is one that does not know the
+  // trip.
+  EXPECT_EQ(estimateInLoop("%t = icmp eq i32 %i, 5\n"
+                           "  br i1 %t, label %leaf, label %join\njoin:",
+                           "%odd"),
+            "(5, 5)");
+  EXPECT_EQ(estimateInLoop("switch i32 %v, label %join [ i32 3, label %then ]\n"
+                           "then:\n  br label %join\njoin:",
+                           "%odd"),
+            "(5, 5)");
+}
+
+TEST(RecursionDepthEstimatorTest, DeclinesForLoopsThatAreUnrolled) {
+  const std::string Work = "%d = add i32 %i, 3\n  %q = udiv i32 %v, %d";
+  EXPECT_EQ(estimateInLoop(Work, "%odd", 1), "(5, 5)");
+  EXPECT_EQ(estimateInLoop(Work, "%odd", 2), BetterUnrolled);
+  EXPECT_EQ(
+      estimateInLoop(Work, "%odd", RecursionDepthEstimator::MaxUnrolledTrips),
+      BetterUnrolled);
+  EXPECT_EQ(estimateInLoop(Work, "%odd",
+                           RecursionDepthEstimator::MaxUnrolledTrips + 1),
+            "(5, 5)");
+  // The loop has 12 instructions and the ones added here.
+  auto Padded = [&](unsigned Count) {
+    std::string Text = Work;
+    for (unsigned I = 0; I != Count; ++I)
+      Text += "\n  store volatile i32 0, ptr @g";
+    return Text;
+  };
+  const unsigned Largest = RecursionDepthEstimator::MaxUnrolledSize / 10;
+  EXPECT_EQ(estimateInLoop(Padded(Largest - 12), "%odd", 10), BetterUnrolled);
+  EXPECT_EQ(estimateInLoop(Padded(Largest - 11), "%odd", 10), "(5, 5)");
+}
+
+TEST(RecursionDepthEstimatorTest, TheTripIsFollowedForFourSteps) {
+  const std::string Three = "%a = add i32 %i, 3\n  %b = mul i32 %a, %i\n"
+                            "  %c = xor i32 %b, 5";
+  EXPECT_EQ(estimateInLoop(Three + "\n  %d = or i32 %c, 1\n"
+                                   "  %q = sdiv i32 %v, %d",
+                           "%odd"),
+            BetterUnrolled);
+  EXPECT_EQ(estimateInLoop(Three + "\n  %d = or i32 %c, 1\n"
+                                   "  %e = add i32 %d, 9\n"
+                                   "  %q = sdiv i32 %v, %e",
+                           "%odd"),
+            "(5, 5)");
+}
+
 TEST(RecursionDepthEstimatorTest, DoesNotDeclineOtherWork) {
   // A divisor that is no matter of the trip, a number of the trip that decides
   // nothing, and a call that every trip makes.
   EXPECT_EQ(estimateInLoop("%d = or i32 %v, 3\n  %q = urem i32 %i, %d", "%odd"),
             "(5, 5)");
   EXPECT_EQ(estimateInLoop("%q = mul i32 %v, %i", "%odd"), "(5, 5)");
+}
+
+/// `f(i32 n)`, which calls itself with n - 1 in every trip of a loop that
+/// counts %i up from 5 for as long as \p Trip, after \p Before, is true.
+std::string estimateCountedLoop(StringRef Before, StringRef Trip) {
+  return estimate("@g = global i32 0\n"
+                  "define void @f(i32 %n) {\n"
+                  "entry:\n  " +
+                  Before +
+                  "\n  br label %loop\n"
+                  "loop:\n"
+                  "  %i = phi i32 [ 5, %entry ], [ %j, %call ]\n"
+                  "  %trip = " +
+                  Trip +
+                  "\n  br i1 %trip, label %call, label %leaf\n"
+                  "call:\n  %next = add i32 %n, -1\n"
+                  "  call void @f(i32 %next)\n"
+                  "  %j = add nuw nsw i32 %i, 1\n  br label %loop\n"
+                  "leaf:\n  ret void\n}\n"
+                  "define void @main() {\n  call void @f(i32 7)\n"
+                  "  ret void\n}\n");
+}
+
+TEST(RecursionDepthEstimatorTest, ALoopWithoutTripsTurnsAway) {
+  EXPECT_EQ(estimateCountedLoop("", "icmp sle i32 %i, %n"), "(4, 4)");
+  EXPECT_EQ(estimateCountedLoop("", "icmp uge i32 %n, %i"), "(4, 4)");
+  // Not decided by n.
+  EXPECT_EQ(estimateCountedLoop("%m = load i32, ptr @g", "icmp slt i32 %i, %m"),
+            "null");
+}
+
+TEST(RecursionDepthEstimatorTest, AWayBackToTheGuardIsNoWayOn) {
+  EXPECT_EQ(estimate("@p = global i1 false\n"
+                     "define void @f(i32 %n) {\n  br label %guard\n"
+                     "guard:\n  %more = icmp ne i32 %n, 0\n"
+                     "  br i1 %more, label %below, label %again\n"
+                     "again:\n  %c = load volatile i1, ptr @p\n"
+                     "  br i1 %c, label %guard, label %leaf\n"
+                     "below:\n  %next = sub i32 %n, 1\n"
+                     "  call void @f(i32 %next)\n  ret void\n"
+                     "leaf:\n  ret void\n}\n"
+                     "define void @main() {\n  call void @f(i32 3)\n"
+                     "  ret void\n}\n"),
+            "(4, 4)");
+}
+
+TEST(RecursionDepthEstimatorTest, LargeExpressionsAreNotRewritten) {
+  // 3 + n * (l0 + l1 + ...) is 3 when n is 0; its size is the number of loads
+  // and five more.
+  auto Sum = [](unsigned Loads) {
+    std::string Text = "%s0 = load i32, ptr @g\n";
+    for (unsigned I = 1; I != Loads; ++I) {
+      const std::string N = std::to_string(I);
+      Text += "  %l" + N + " = load volatile i32, ptr @g\n  %s" + N +
+              " = add i32 %s" + std::to_string(I - 1) + ", %l" + N + "\n";
+    }
+    return Text + "  %p = mul i32 %n, %s" + std::to_string(Loads - 1) +
+           "\n  %m = add i32 %p, 3";
+  };
+  const unsigned Largest = RecursionDepthEstimator::MaxFoldDepth - 5;
+  for (const char *Trip : {"icmp sle i32 %i, %m", "icmp sge i32 %m, %i"}) {
+    EXPECT_EQ(estimateCountedLoop(Sum(Largest), Trip), "(8, 8)") << Trip;
+    EXPECT_EQ(estimateCountedLoop(Sum(Largest + 1), Trip), "null") << Trip;
+  }
+}
+
+TEST(RecursionDepthEstimatorTest, UpToEightEntries) {
+  std::string Entries;
+  for (unsigned I = 1; I != 9; ++I)
+    Entries += "  call void @f(i32 " + std::to_string(I) + ", i32 0)\n";
+  auto Estimate = [](StringRef Entries) {
+    return estimateTwo("icmp eq i32 %n, 0", "icmp ugt i32 %m, 99", "%m",
+                       Entries);
+  };
+  EXPECT_EQ(Estimate(Entries), "(2, 9)");
+  EXPECT_EQ(Estimate(Entries + "  call void @f(i32 8, i32 0)\n"), "(2, 9)");
+  EXPECT_EQ(Estimate(Entries + "  call void @f(i32 9, i32 0)\n"), "cannot");
+}
+
+TEST(RecursionDepthEstimatorTest, UpToEightSelfCalls) {
+  auto Estimate = [](unsigned Calls) {
+    std::string Step = "%next = sub i32 %n, 1";
+    for (unsigned I = 1; I != Calls; ++I)
+      Step += "\n  call void @f(i32 %next)";
+    return estimateSteps("i32", "%stop = icmp eq i32 %n, 0", Step, "1");
+  };
+  EXPECT_EQ(Estimate(8), "(2, 2)(2, 2)(2, 2)(2, 2)(2, 2)(2, 2)(2, 2)(2, 2)");
+  EXPECT_EQ(Estimate(9), "cannot");
+}
+
+TEST(RecursionDepthEstimatorTest, CallsOfOthersDoNotCount) {
+  EXPECT_EQ(estimate("declare void @other(i32)\n"
+                     "define void @f(i32 %n) {\n"
+                     "  call void @other(i32 %n)\n"
+                     "  %stop = icmp eq i32 %n, 0\n"
+                     "  br i1 %stop, label %leaf, label %more\n"
+                     "more:\n  %next = sub i32 %n, 1\n"
+                     "  call void @f(i32 %next)\n"
+                     "  call void @other(i32 %next)\n  ret void\n"
+                     "leaf:\n  ret void\n}\n"
+                     "define void @main(i32 %x) {\n  call void @f(i32 2)\n"
+                     "  call void @other(i32 %x)\n  ret void\n}\n"),
+            "(3, 3)");
+}
+
+TEST(RecursionDepthEstimatorTest, UnreachableSelfCallsDoNotCount) {
+  EXPECT_EQ(estimateSteps("i32", "%stop = icmp eq i32 %n, 0",
+                          "%next = sub i32 %n, 1\n  br label %rest\n"
+                          "never:\n  call void @f(i32 %n)\n  br label %rest\n"
+                          "rest:",
+                          "1"),
+            "(2, 2)");
+}
+
+/// \p Length instructions that compute \p Result from %s0, which \p First does.
+std::string chain(const std::string &First, unsigned Length,
+                  const std::string &Result) {
+  std::string Text = "%s0 = " + First + "\n";
+  for (unsigned I = 1; I != Length; ++I)
+    Text += "  " + (I + 1 == Length ? Result : "%s" + std::to_string(I)) +
+            " = xor i32 %s" + std::to_string(I - 1) + ", 0\n";
+  return Text;
+}
+
+TEST(RecursionDepthEstimatorTest, LongChainsAreNotFollowed) {
+  const unsigned Longest = RecursionDepthEstimator::MaxFoldDepth;
+  auto Step = [](unsigned Length) {
+    return estimateSteps("i32", "%stop = icmp eq i32 %n, 0",
+                         chain("sub i32 %n, 1", Length, "%next"), "2");
+  };
+  EXPECT_EQ(Step(Longest), "(3, 3)");
+  EXPECT_EQ(Step(Longest + 1), "null");
+  // The comparison is one more.
+  auto Guard = [](unsigned Length) {
+    return estimateSteps("i32",
+                         chain("add i32 %n, 0", Length, "%end") +
+                             "  %stop = icmp eq i32 %end, 0",
+                         "%next = sub i32 %n, 1", "2");
+  };
+  EXPECT_EQ(Guard(Longest - 1), "(3, 3)");
+  EXPECT_EQ(Guard(Longest), "null");
+}
+
+TEST(RecursionDepthEstimatorTest, DeadEdgesAreKnownFromNearBy) {
+  // Even numbers do not come by the side of \p Blocks blocks.
+  auto Estimate = [](unsigned Blocks) {
+    std::string Side = "s1:\n  %less = sub i32 %n, 1\n  br label %";
+    for (unsigned I = 2; I <= Blocks; ++I)
+      Side += "s" + std::to_string(I) + "\ns" + std::to_string(I) +
+              ":\n  br label %";
+    return estimateSteps("i32", "%stop = icmp eq i32 %n, 0",
+                         "%odd = trunc i32 %n to i1\n"
+                         "  br i1 %odd, label %s1, label %else\n" +
+                             Side +
+                             "join\nelse:\n  %half = udiv i32 %n, 2\n"
+                             "  br label %join\n"
+                             "join:\n  %next = phi i32 [ %less, %s" +
+                             std::to_string(Blocks) + " ], [ %half, %else ]",
+                         "12");
+  };
+  EXPECT_EQ(Estimate(3), "(6, 6)");
+  EXPECT_EQ(Estimate(4), "null");
 }
 
 TEST(RecursionDepthEstimatorTest, NothingToJudge) {

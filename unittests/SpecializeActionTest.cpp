@@ -3,6 +3,7 @@
 #include "TestModule.h"
 #include "host/FunctionSpecializeAction.h"
 #include "host/InliningPlan.h"
+#include "llvm/Support/ModRef.h"
 
 using namespace llvm;
 using namespace llvm::unittest;
@@ -123,6 +124,97 @@ broken:
               IsEmpty());
 }
 
+TEST_F(SpecializeActionTest, CallsInsideTheRingAreNotSelected) {
+  std::string Text = remainder("f", 4) + entry("main", "f", 9);
+  const StringRef Inner = "@f(i32 %less)";
+  Text.replace(Text.find(Inner.str()), Inner.size(), "@f(i32 7)");
+  TestModule TM(Text);
+  buildRings(TM);
+  const Selection Selected =
+      FunctionSpecializeAction().selectCI(TM.module(), true);
+  ASSERT_THAT(Selected, SizeIs(1));
+  EXPECT_THAT(Selected.begin()->second,
+              UnorderedElementsAre(firstCall(TM, "main")));
+}
+
+TEST_F(SpecializeActionTest, OtherUsesOfACopyAreNotSelected) {
+  TestModule TM(remainder("f", 4) + entry("main", "f", 9) +
+                "declare void @take(ptr)\n");
+  buildRings(TM);
+  Function &Copy = TM.function("f.recurse.clone");
+  new GlobalVariable(TM.module(), Copy.getType(), /*isConstant=*/true,
+                     GlobalValue::InternalLinkage, &Copy, "table");
+  CallInst *Entry = firstCall(TM, "main");
+  CallInst::Create(&TM.function("take"), {&Copy}, "", Entry);
+  const Selection Selected =
+      FunctionSpecializeAction().selectCI(TM.module(), true);
+  ASSERT_THAT(Selected, SizeIs(1));
+  EXPECT_THAT(Selected.begin()->second, UnorderedElementsAre(Entry));
+}
+
+TEST_F(SpecializeActionTest, TheOriginalIsNoCopy) {
+  TestModule TM(remainder("f", 4) + entry("main", "f", 9));
+  buildRings(TM);
+  firstCall(TM, "main")->setCalledFunction(&TM.function("f"));
+  EXPECT_THAT(FunctionSpecializeAction().selectCI(TM.module(), true),
+              IsEmpty());
+}
+
+TEST_F(SpecializeActionTest, AFunctionWithoutCopiesIsNoRing) {
+  // The gate lets it pass, and then the budget is too small.
+  TestModule TM(remainder("f", 4) + entry("main", "f", 9));
+  TM.function("f").setLinkage(GlobalValue::InternalLinkage);
+  ScopedOption<unsigned> Limit("maximum-clone-limit-inline-recursion", 3);
+  buildRings(TM);
+  EXPECT_TRUE(TM.function("f").hasFnAttribute(
+      "specialize-inline-recursion-function-eligible"));
+  EXPECT_THAT(FunctionSpecializeAction().selectCI(TM.module(), true),
+              IsEmpty());
+}
+
+TEST_F(SpecializeActionTest, OnlyCallsLeadBack) {
+  // @q computes the same as @p, but it leads back to it by an address only.
+  auto Make = [](const std::string &Name) {
+    return "define internal void @" + Name + R"((i32 %n) "llvm.recurse.clone"
+    "specialize-inline-recursion-function-eligible" {
+  %r = urem i32 %n, 4
+  %done = icmp eq i32 %r, 0
+  br i1 %done, label %base, label %recurse
+base:
+  ret void
+recurse:
+  call void @take(ptr @p)
+  %less = sub i32 %n, 1
+  call void @)" +
+           Name + "(i32 %less)\n  call void @q(i32 %less)\n  ret void\n}\n";
+  };
+  TestModule TM("declare void @take(ptr)\n" + Make("p") + Make("q") +
+                "define void @main() {\n  call void @p(i32 9)\n"
+                "  ret void\n}\n");
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_THAT(TM.calleesOf("p.specialized.9"),
+              ElementsAre("take", "p.specialized.8", "q"));
+}
+
+TEST_F(SpecializeActionTest, LimitsByDefault) {
+  EXPECT_EQ(getOption<unsigned>("inline-recursion-max-specializations"), 256u);
+  EXPECT_EQ(getOption<unsigned>("inline-recursion-max-specialized-size"),
+            10000u);
+  EXPECT_EQ(getOption<unsigned>("inline-recursion-specialized-inline-size"),
+            300u);
+}
+
+TEST_F(SpecializeActionTest, NamesHaveTheSign) {
+  TestModule TM(remainder("f", 4) + entry("main", "f", -3));
+  buildRings(TM);
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_THAT(TM.calleesOf("main"), ElementsAre("f.specialized.-3"));
+}
+
 TEST_F(SpecializeActionTest, NothingSelectedChangesNothing) {
   TestModule TM(remainder("f", 4) + entry("main", "f", 9));
   buildRings(TM);
@@ -239,6 +331,274 @@ TEST_F(SpecializeActionTest, TheSizeIsCountedForTheWholeModule) {
   EXPECT_EQ(countSpecialized(TM), 1u);
 }
 
+/// The number of specialisations, at most three, of a ring @f(i32 n, i32 m)
+/// that does \p Work and goes on unless %done; entered with \p Entry.
+unsigned countFollowed(const std::string &Work, const std::string &Entry) {
+  ScopedOption<unsigned> Limit("inline-recursion-max-specializations", 3);
+  TestModule TM(R"(@p = global i1 false
+define void @f(i32 %n, i32 %m) "specialize-inline-recursion-function" {
+)" + Work + R"(
+  br i1 %done, label %base, label %recurse
+base:
+  ret void
+recurse:
+  %n1 = sub i32 %n, 1
+  %m1 = sub i32 %m, 1
+  br label %go
+go:
+  call void @f(i32 %n1, i32 %m1)
+  ret void
+}
+define void @main(i32 %x) {
+  call void @f()" +
+                Entry + ")\n  ret void\n}\n");
+  LoggingDriver Driver(TM);
+  EXPECT_TRUE(Driver->inlineRecursionFunction(&TM.function("f")));
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_TRUE(TM.isValid());
+  return count_if(TM.module(), [](const Function &F) {
+    return F.getName().contains(".specialized.");
+  });
+}
+
+TEST_F(SpecializeActionTest, ConstantsAreFollowedWhereTheyDecide) {
+  const std::string Open = "\n  %done = load volatile i1, ptr @p";
+  // Remainders.
+  const std::string Unsigned = "  %r = urem i32 %n, 4" + Open;
+  const std::string Signed = "  %r = srem i32 %n, 4" + Open;
+  EXPECT_EQ(countFollowed(Unsigned, "i32 99, i32 %x"), 3u);
+  EXPECT_EQ(countFollowed(Signed, "i32 99, i32 %x"), 3u);
+  // A branch of two ways.
+  EXPECT_EQ(countFollowed("  %r = urem i32 %n, 4\n"
+                          "  %done = icmp eq i32 %m, 0",
+                          "i32 %x, i32 99"),
+            3u);
+  // Neither; that a branch of one way goes away is no decision.
+  EXPECT_EQ(countFollowed(Unsigned, "i32 %x, i32 99"), 1u);
+}
+
+TEST_F(SpecializeActionTest, WhatMustNotBeDuplicatedIsNotSpecialised) {
+  auto IsSpecialised = [](const std::string &Inside) {
+    TestModule TM(R"(@p = global ptr null
+declare void @once()
+define void @f(i32 %n) "specialize-inline-recursion-function" {
+entry:
+  %r = urem i32 %n, 4
+  %done = icmp eq i32 %r, 0
+  br i1 %done, label %base, label %recurse
+base:
+  ret void
+recurse:
+  )" + Inside + R"(
+  %less = sub i32 %n, 1
+  call void @f(i32 %less)
+  ret void
+}
+define void @main() {
+  call void @f(i32 9)
+  ret void
+}
+)");
+    buildRings(TM);
+    FunctionSpecializeAction Action;
+    Selection Selected = Action.selectCI(TM.module(), true);
+    return Action.transform(TM.module(), Selected, {});
+  };
+  EXPECT_TRUE(IsSpecialised("call void @once()"));
+  EXPECT_FALSE(IsSpecialised("call void @once() noduplicate"));
+  EXPECT_FALSE(IsSpecialised("store ptr blockaddress(@f, %base), ptr @p"));
+}
+
+TEST_F(SpecializeActionTest, MetadataOfTheFunctionIsKept) {
+  TestModule TM(remainder("f", 4) + entry("main", "f", 9));
+  Function &F = TM.function("f");
+  LLVMContext &Context = F.getContext();
+  auto *Zero =
+      ConstantAsMetadata::get(ConstantInt::get(Type::getInt64Ty(Context), 0));
+  MDNode *Type = MDNode::get(Context, {Zero, MDString::get(Context, "type")});
+  F.setMetadata(LLVMContext::MD_type, Type);
+  buildRings(TM);
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_EQ(TM.function("f.specialized.9").getMetadata(LLVMContext::MD_type),
+            Type);
+}
+
+TEST_F(SpecializeActionTest, MemoryOfAReplacedPointerIsAnyMemory) {
+  auto Effects = [](const std::string &Pointer) {
+    TestModule TM(R"(@g = global i32 0
+define void @f(i32 %n, ptr %p) memory(argmem: read)
+    "specialize-inline-recursion-function" {
+  %r = urem i32 %n, 4
+  %v = load i32, ptr %p
+  %done = icmp eq i32 %r, %v
+  br i1 %done, label %base, label %recurse
+base:
+  ret void
+recurse:
+  %less = sub i32 %n, 1
+  call void @f(i32 %less, ptr %p)
+  ret void
+}
+define void @main(ptr %x) {
+  call void @f(i32 9, ptr )" +
+                  Pointer + ")\n  ret void\n}\n");
+    buildRings(TM);
+    FunctionSpecializeAction Action;
+    Selection Selected = Action.selectCI(TM.module(), true);
+    EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+    const MemoryEffects Effects =
+        TM.function(TM.calleesOf("main").front()).getMemoryEffects();
+    EXPECT_EQ(Effects.getModRef(MemoryEffects::ArgMem), ModRefInfo::Ref);
+    EXPECT_EQ(Effects.getModRef(MemoryEffects::InaccessibleMem),
+              ModRefInfo::NoModRef);
+    return Effects.getModRef(MemoryEffects::Other);
+  };
+  EXPECT_EQ(Effects("@g"), ModRefInfo::Ref);
+  EXPECT_EQ(Effects("%x"), ModRefInfo::NoModRef);
+}
+
+TEST_F(SpecializeActionTest, ArgumentsWithAPlaceOfTheirOwnStay) {
+  auto Callee = [](const std::string &Attribute) {
+    TestModule TM("@g = global i32 0\ndefine void @f(i32 %n, ptr " + Attribute +
+                  R"( %p) "specialize-inline-recursion-function" {
+  %r = urem i32 %n, 4
+  %done = icmp eq i32 %r, 0
+  br i1 %done, label %base, label %recurse
+base:
+  ret void
+recurse:
+  %less = sub i32 %n, 1
+  call void @f(i32 %less, ptr )" +
+                  Attribute + R"( %p)
+  ret void
+}
+define void @main() {
+  call void @f(i32 9, ptr )" +
+                  Attribute + R"( @g)
+  ret void
+}
+)");
+    buildRings(TM);
+    FunctionSpecializeAction Action;
+    Selection Selected = Action.selectCI(TM.module(), true);
+    EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+    EXPECT_TRUE(TM.isValid());
+    return TM.calleesOf("main").front();
+  };
+  EXPECT_EQ(Callee("nonnull"), "f.specialized.9.g");
+  for (const char *Attribute :
+       {"byval(i32)", "inalloca(i32)", "nest", "swiftself", "swiftasync"})
+    EXPECT_EQ(Callee(Attribute), "f.specialized.9._") << Attribute;
+}
+
+/// One way in which the functions @f and @g, which call themselves and each
+/// other, differ: what stands in the place of `$where` in each of them.
+struct Difference {
+  const char *Where, *InF, *InG;
+};
+
+/// The two functions, and a call that enters @f with 9.
+std::string makeTwins(const Difference &Differs) {
+  const std::map<std::string, std::string> Places = {
+      {"$conv", ""},    {"$arg", ""},
+      {"$attr", ""},    {"$gc", ""},
+      {"$pers", ""},    {"$flag", ""},
+      {"$meta", ""},    {"$more", ""},
+      {"$less", "1"},   {"$test", "eq"},
+      {"$kind", "add"}, {"$from", "[ 1, %entry ], [ 2, %other ]"}};
+  auto Fill = [&](std::string Text, const char *What) {
+    for (const auto &[Where, Usual] : Places)
+      Text.replace(Text.find(Where), Where.size(),
+                   Where == Differs.Where ? What : Usual);
+    return Text;
+  };
+  auto Make = [&](const std::string &Name, const char *What) {
+    return Fill("define $conv i32 @" + Name + R"((i32 $arg %n) $attr
+    "specialize-inline-recursion-function" $gc $pers {
+entry:
+  %rem = urem i32 %n, 4
+  %done = icmp $test i32 %rem, 0
+  br i1 %done, label %base, label %other
+other:
+  %end = icmp eq i32 %n, 99
+  br i1 %end, label %base, label %recurse $meta
+base:
+  %last = phi i32 $from
+  ret i32 %last
+recurse:
+  %less = sub $flag i32 %n, $less
+  %a = call i32 @f(i32 %less)
+  %b = call i32 @g(i32 %less)
+  %s = $kind i32 %a, %b
+  $more
+  ret i32 %s
+}
+)",
+                What);
+  };
+  return "declare i32 @p1(...)\ndeclare i32 @p2(...)\n!0 = !{}\n" +
+         Make("f", Differs.InF) + Make("g", Differs.InG) +
+         entry("main", "f", 9);
+}
+
+TEST_F(SpecializeActionTest, OnlyTheSameBodyIsReplaced) {
+  // Whom a specialisation of @f calls instead of @f and @g, which are entered
+  // with 8.
+  auto CalledBySpecialization = [](const Difference &Differs) {
+    TestModule TM(makeTwins(Differs));
+    buildRings(TM);
+    FunctionSpecializeAction Action;
+    Selection Selected = Action.selectCI(TM.module(), true);
+    EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+    EXPECT_TRUE(TM.isValid());
+    return TM.calleesOf("f.specialized.9");
+  };
+  EXPECT_THAT(CalledBySpecialization({"", "", ""}),
+              ElementsAre("f.specialized.8", "f.specialized.8"));
+  const Difference Differences[] = {
+      {"$conv", "", "fastcc"},
+      {"$arg", "", "signext"},
+      {"$attr", "", "nounwind"},
+      {"$gc", "", "gc \"shadow-stack\""},
+      {"$gc", "gc \"shadow-stack\"", ""},
+      {"$gc", "gc \"erlang\"", "gc \"shadow-stack\""},
+      {"$pers", "", "personality ptr @p1"},
+      {"$pers", "personality ptr @p2", ""},
+      {"$pers", "personality ptr @p2", "personality ptr @p1"},
+      {"$flag", "", "nsw"},
+      {"$less", "1", "2"},
+      {"$test", "eq", "ne"},
+      {"$meta", "", ", !unpredictable !0"},
+      {"$meta", ", !unpredictable !0", ""},
+      {"$more", "", "%x = add i32 %s, 1"},
+      {"$more", "%x = add i32 %s, 1", ""},
+      {"$from", "[ 1, %entry ], [ 2, %other ]", "[ 1, %other ], [ 2, %entry ]"},
+      {"$kind", "add", "mul"},
+  };
+  for (const Difference &Differs : Differences) {
+    const std::vector<std::string> Called = CalledBySpecialization(Differs);
+    const std::string What =
+        std::string(Differs.Where) + " " + Differs.InF + "/" + Differs.InG;
+    EXPECT_THAT(Called, ElementsAre("f.specialized.8",
+                                    ::testing::StartsWith("g.recurse.clone")))
+        << What;
+  }
+  // What is the same in both is none.
+  for (const Difference &Same :
+       {Difference{"$gc", "gc \"a\"", "gc \"a\""},
+        Difference{"$pers", "personality ptr @p1", "personality ptr @p1"}})
+    EXPECT_THAT(CalledBySpecialization(Same),
+                ElementsAre("f.specialized.8", "f.specialized.8"))
+        << Same.Where;
+  // Whether a copy is to be inlined is nothing that it computes.
+  EXPECT_THAT(CalledBySpecialization({"$attr", "", "alwaysinline"}),
+              ElementsAre("f.specialized.8", "f.specialized.8"));
+}
+
 /// What planInlining() says about the functions of a module, in the order of
 /// \p Names, as a string of `i` (inlined) and `-`.
 std::string plan(const std::string &Text, const std::vector<std::string> &Names,
@@ -338,6 +698,10 @@ TEST(InliningPlanTest, GrowthIsTakenFromTheBudget) {
   const std::string Text = calls("f0", {}, 2) + calls("f1", {"f0", "f0", "f0"});
   EXPECT_EQ(plan(Text, {"f1", "f0"}, 100, 6).back(), 'i');
   EXPECT_EQ(plan(Text, {"f1", "f0"}, 100, 5).back(), '-');
+  // One of two calls takes the place of the function, the other one adds.
+  const std::string Twice = calls("f0", {}, 2) + calls("f1", {"f0", "f0"});
+  EXPECT_EQ(plan(Twice, {"f1", "f0"}, 100, 3).back(), 'i');
+  EXPECT_EQ(plan(Twice, {"f1", "f0"}, 100, 2).back(), '-');
 }
 
 } // namespace
