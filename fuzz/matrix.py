@@ -36,7 +36,7 @@ OTHER_LIMITS = [["-inline-recursion-profitablity=0"],
                 ["-inlinerecursion-cut-recurrences=false"],
                 ["-special-inline-recursion-depth=1"]]
 # What is in a remark about a function that the policy has rebuilt.
-POLICY_REMARK = "inlinerecursion-auto"
+POLICY_REMARK = "by the automatic policy"
 # Limits for a whole module, which a bundle multiplies: (default, opened).
 CLONES = "-maximum-clone-limit-inline-recursion"
 CLONES_LIMITS = (25, 200)

@@ -308,7 +308,7 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
                          << NV("FrameLimit", MaxFusedFrame) << " bytes");
 
   Plan.Decision << NV("Shape", "ring") << " of " << NV("Copies", Plan.Copies)
-                << " copies without being asked, "
+                << " copies by the automatic policy, "
                 << (MergesCalls  ? "so that equal calls merge, "
                     : Plan.Guard ? "with its first test in front of calls, "
                                  : "")

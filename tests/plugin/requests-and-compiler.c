@@ -1,6 +1,6 @@
 // clang builds the ring that the source asks for; without a request only if it is to look for them.
 // RUN: %clang_with_pass -I %S/../../include -O2 -Rpass=inlinerecursion -c -o /dev/null %s 2>&1 | FileCheck %s --check-prefixes=ASKED,FOUND
-// RUN: %clang_with_pass -I %S/../../include -O2 -Rpass=inlinerecursion -mllvm -inlinerecursion-find-requests=false -c -o /dev/null %s 2>&1 | FileCheck %s --check-prefix=ASKED --implicit-check-not="'found'"
+// RUN: %clang_with_pass -I %S/../../include -O2 -Rpass=inlinerecursion -mllvm -inlinerecursion-find-requests=false -mllvm -inlinerecursion-auto=false -c -o /dev/null %s 2>&1 | FileCheck %s --check-prefix=ASKED --implicit-check-not="'found'"
 #include <inlinerecursion/request.h>
 
 void use(unsigned);

@@ -48,7 +48,8 @@ def accepts(pipeline):
     return subprocess.run(command, input="", text=True, capture_output=True).returncode == 0
 
 
-parameters = ["level=3", "find-requests", "no-find-requests"]
+parameters = ["level=3", "find-requests", "no-find-requests", "auto", "no-auto",
+              "copies=3", "function-growth=3", "module-growth=3"]
 registered = set(re.findall(r'Name\s*=\s*"([^"]+)"', (root / "plugin" / "Pipeline.cpp").read_text()))
 
 def wrap(text):
@@ -60,7 +61,7 @@ def wrap(text):
 
 documented, actual = {}, {}
 for name, given, _ in table("Passes"):
-    documented[name.strip("`")] = given.replace("`", "").replace("level=N", "level=3")
+    documented[name.strip("`")] = given.replace("`", "").replace("=N", "=3")
 for name in registered:
     if not accepts(wrap(name)):
         differences.append(f"pass {name}: not accepted by opt")
