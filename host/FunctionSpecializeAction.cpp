@@ -338,14 +338,14 @@ static MemoryEffects withoutArguments(MemoryEffects Effects) {
 }
 
 Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
-  // Two functions must not share one DISubprogram, and the pruning clone does
-  // not make a new one as CloneFunction does: go through a plain copy, which
-  // leaves its debug information behind.
-  Function *Source = Pattern;
-  if (Pattern->getSubprogram()) {
-    ValueToValueMapTy VMap;
-    Source = CloneFunction(Pattern, VMap);
-  }
+  // The pruning clone is made of a plain copy, for two reasons.  Two functions
+  // must not share one DISubprogram, and only CloneFunction makes a new one.
+  // And it simplifies while the new function has no terminators yet, which some
+  // analyses of an argument run into (programUndefinedIfPoison in
+  // ValueTracking.cpp): until the new function is complete, it uses the
+  // arguments of the copy.
+  ValueToValueMapTy PlainVMap;
+  Function *Source = CloneFunction(Pattern, PlainVMap);
 
   Function *Clone =
       Function::Create(Pattern->getFunctionType(), GlobalValue::InternalLinkage,
@@ -361,13 +361,14 @@ Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
   ValueToValueMapTy VMap;
   for (auto [Formal, New, C] : zip(Source->args(), Clone->args(), Tuple)) {
     New.setName(Formal.getName());
-    VMap[&Formal] = C ? static_cast<Value *>(C) : &New;
+    VMap[&Formal] = C ? static_cast<Value *>(C) : &Formal;
   }
   SmallVector<ReturnInst *, 4> Returns;
   CloneAndPruneFunctionInto(Clone, Source, VMap, /*ModuleLevelChanges=*/false,
                             Returns);
-  if (Source != Pattern)
-    Source->eraseFromParent();
+  for (auto [Formal, New] : zip(Source->args(), Clone->args()))
+    Formal.replaceAllUsesWith(&New);
+  Source->eraseFromParent();
   return Clone;
 }
 

@@ -1,6 +1,7 @@
 //===- Auto.cpp - Rings that nobody asked for -----------------------------===//
 
 #include "Auto.h"
+#include "../host/InliningPlan.h"
 #include "../pass/InlineRecursion.h"
 #include "AutoPolicy.h"
 #include "Remarks.h"
@@ -127,7 +128,7 @@ public:
   GrowthBudget(const Module &M, unsigned Least) {
     uint64_t Size = 0;
     for (const Function &F : M)
-      Size += F.getInstructionCount();
+      Size += getCodeSize(F);
     Limit = std::max<uint64_t>(Least, Size * ModuleShare / 100);
   }
 

@@ -23,6 +23,11 @@ using ore::NV;
 /// A guard that is larger than this is no better than the call that it saves.
 static constexpr unsigned MaxGuardSize = 30;
 
+/// Without a guard, the activations that end at once have to be cheap.  Between
+/// a parser of 49 instructions, which gains, and a puzzle of 73, which does
+/// not.
+static constexpr unsigned MaxUnguardedSize = 60;
+
 /// With more self calls than this, most of them exclude each other (the cases
 /// of a switch), and copies of all of them only spread the branches.
 static constexpr unsigned MaxSelfCalls = 4;
@@ -198,8 +203,12 @@ static uint64_t getFrameSize(const Function &F) {
   return Size;
 }
 
-/// What the inliner refuses, or multiplies at the wrong place.
+/// What is not worth it, what the inliner refuses, and what it multiplies at
+/// the wrong place.
 static std::optional<Verdict> findObstacle(const Function &F) {
+  if (const auto Count = F.getEntryCount(); Count && Count->getCount() == 0)
+    return refuse("AutoNeverEntered")
+           << "it was never entered, says the profile";
   if (F.isVarArg())
     return refuse("AutoVariableArguments")
            << "it takes variable arguments, which cannot be handed on";
@@ -232,12 +241,37 @@ static std::optional<Verdict> findOtherWork(ArrayRef<CallBase *> Calls,
          << "it has a loop of its own beside its self calls";
 }
 
-/// Is \p Call made in every trip of the loop around it, and is there one?
-static bool isMadeInEveryTrip(const CallBase &Call, const LoopInfo &LI,
-                              const DominatorTree &DT) {
-  const Loop *L = LI.getLoopFor(Call.getParent());
-  const BasicBlock *Latch = L ? L->getLoopLatch() : nullptr;
-  return Latch && DT.dominates(Call.getParent(), Latch);
+/// Why a ring of \p F, which has no guard, is not worth the risk that its
+/// copies are entered for nothing.
+static std::optional<Verdict> findRisk(unsigned BodySize,
+                                       ArrayRef<CallBase *> Calls,
+                                       const LoopInfo &LI, ScalarEvolution &SE,
+                                       const DominatorTree &DT) {
+  // The one who calls has made the test, if he does not call in every trip.
+  auto IsTested = [&](const CallBase *Call) {
+    const Loop *L = LI.getLoopFor(Call->getParent());
+    const BasicBlock *Latch = L ? L->getLoopLatch() : nullptr;
+    return !Latch || !DT.dominates(Call->getParent(), Latch);
+  };
+  auto IsInLoop = [&](const CallBase *Call) {
+    return LI.getLoopFor(Call->getParent()) != nullptr;
+  };
+  if (none_of(Calls, IsInLoop) || none_of(Calls, IsTested))
+    return refuse("AutoNoTest")
+           << "no test stands in front of its self calls, neither at its entry "
+              "nor in a loop around them";
+  // Such a loop is unrolled, as long as it is small.
+  if (any_of(Calls, [&](const CallBase *Call) {
+        return isInShortLoop(*Call, LI, SE);
+      }))
+    return refuse("AutoUnrolledLoop")
+           << "the loop around its self call is worth more unrolled";
+  if (BodySize > MaxUnguardedSize)
+    return refuse("AutoNoTest")
+           << "no test stands at its entry, and it has "
+           << NV("Instructions", BodySize) << " instructions, more than "
+           << NV("Limit", MaxUnguardedSize);
+  return std::nullopt;
 }
 
 RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
@@ -256,8 +290,8 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   auto &DT = FAM.getResult<DominatorTreeAnalysis>(F);
   if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
     return RecursionPlan(*Reason);
-  RecursionDepthEstimator Estimator(
-      &F, &FAM.getResult<ScalarEvolutionAnalysis>(F), &DT);
+  auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
+  RecursionDepthEstimator Estimator(&F, &SE, &DT);
   Estimator.canEstimateRecursionDepth();
   if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
     return RecursionPlan(refuse("AutoDeclined") << Reason);
@@ -278,12 +312,9 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
         }))
       MaxCopies = std::min(MaxCopies, MaxCopiesInLoop);
   }
-  if (!MergesCalls && !Plan.Guard && all_of(Calls, [&](const CallBase *Call) {
-        return isMadeInEveryTrip(*Call, LI, DT);
-      }))
-    return RecursionPlan(refuse("AutoNoTest")
-                         << "no test stands in front of its self calls, "
-                            "neither at its entry nor in the loop around them");
+  if (!MergesCalls && !Plan.Guard)
+    if (std::optional<Verdict> Reason = findRisk(BodySize, Calls, LI, SE, DT))
+      return RecursionPlan(*Reason);
 
   // The more copies the better, as long as they fit.
   for (unsigned Copies = 2; Copies <= MaxCopies; ++Copies) {

@@ -1,6 +1,7 @@
 //===- Protection.cpp - What must not be cloned or redirected -------------===//
 
 #include "Protection.h"
+#include "../host/InliningPlan.h"
 #include "../pass/InlineRecursion.h"
 #include "ProfileRepair.h"
 #include "Remarks.h"
@@ -199,7 +200,7 @@ static bool hasAlignmentOfCall(const Function &F) {
 
 // Ten copies of a large function take the optimiser for ever.
 static bool isTooLarge(const Function &F) {
-  return F.getInstructionCount() > MaxFunctionSize;
+  return getCodeSize(F) > MaxFunctionSize;
 }
 
 // Flattened, one frame holds the variables of all copies, however many are

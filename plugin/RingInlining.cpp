@@ -3,6 +3,7 @@
 #include "RingInlining.h"
 #include "../host/InliningPlan.h"
 #include "CloneChain.h"
+#include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/ScalarEvolution.h"
@@ -35,9 +36,6 @@ static cl::opt<unsigned> MaxGrowth(
     cl::desc("Most code that inlining copies of rings adds to a module "
              "(instructions)"));
 
-/// A loop of more trips is not unrolled completely for the sake of its call.
-static constexpr unsigned MaxUnrollableTrips = 16;
-
 /// How large a copy of \p Ring may be that is inlined.
 static unsigned getSizeLimit(const CloneChain &Ring,
                              FunctionAnalysisManager &FAM) {
@@ -50,9 +48,7 @@ static unsigned getSizeLimit(const CloneChain &Ring,
     if (!Call || !is_contained(Ring.Copies, Call->getCalledFunction()))
       continue;
     ++SelfCalls;
-    const Loop *L = LI.getLoopFor(Call->getParent());
-    const unsigned Trips = L ? SE.getSmallConstantTripCount(L) : 0;
-    if (Trips > 1 && Trips <= MaxUnrollableTrips)
+    if (isInShortLoop(*Call, LI, SE))
       return SizeUnrollableLoop;
   }
   return SelfCalls == 1 ? SizeOneSelfCall : SizeSelfCalls;

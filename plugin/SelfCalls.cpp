@@ -2,6 +2,8 @@
 
 #include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
 
@@ -18,6 +20,9 @@ llvm::inlinerecursion::findCalls(Function &F, const Function &Callee) {
   }
   return Calls;
 }
+
+/// A loop of more trips is not unrolled completely for the sake of its call.
+static constexpr unsigned MaxUnrollableTrips = 16;
 
 /// Is \p Result (null for none) returned right behind \p I, either there or in
 /// a block of returns that \p I's block goes to?
@@ -47,4 +52,12 @@ bool llvm::inlinerecursion::isAccumulating(const CallBase &Call) {
          Operation->isAssociative() && Operation->isCommutative() &&
          is_contained(Operation->operands(), &Call) && Call.hasOneUse() &&
          Operation->hasOneUse() && isReturnedBehind(*Operation, Operation);
+}
+
+bool llvm::inlinerecursion::isInShortLoop(const CallBase &Call,
+                                          const LoopInfo &LI,
+                                          ScalarEvolution &SE) {
+  const Loop *L = LI.getLoopFor(Call.getParent());
+  const unsigned Trips = L ? SE.getSmallConstantTripCount(L) : 0;
+  return Trips > 1 && Trips <= MaxUnrollableTrips;
 }

@@ -17,6 +17,8 @@ namespace llvm {
 
 class CallBase;
 class Function;
+class LoopInfo;
+class ScalarEvolution;
 
 namespace inlinerecursion {
 
@@ -37,6 +39,11 @@ bool isTailCall(const CallBase &Call);
 /// done beforehand, as in `return n + f(n - 1)`?  Tail recursion elimination
 /// turns such a call into a trip of a loop, with an accumulator.
 bool isAccumulating(const CallBase &Call);
+
+/// Does \p Call stand in a loop of so few trips, and a known number of them,
+/// that the compiler unrolls it as long as it is small?
+bool isInShortLoop(const CallBase &Call, const LoopInfo &LI,
+                   ScalarEvolution &SE);
 
 } // namespace inlinerecursion
 } // namespace llvm

@@ -84,11 +84,13 @@ class Variant:
 
 @dataclass
 class Decisions:
-    """What the plugin's optimisation records say, by function."""
+    """What the plugin's optimisation records say, by function: those that call
+    themselves, and what the pass and the automatic policy made of them."""
 
     seen: set = field(default_factory=set)
     chains: dict = field(default_factory=dict)
     rings: dict = field(default_factory=dict)
+    automatic: dict = field(default_factory=dict)
 
     def add(self, text):
         documents = re.findall(r"^--- !(Passed|Missed)\n(.*?)^\.\.\.$", text,
@@ -101,9 +103,13 @@ class Decisions:
             function = values["Function"]
             self.seen.add(function)
             if kind == "Passed":
-                built = self.rings if values.get("Shape") == "ring" \
-                    else self.chains
+                built = self.choose(values)
                 built[function] = values.get("Copies", values.get("Name"))
+
+    def choose(self, values):
+        if values["Name"].startswith("Auto"):
+            return self.automatic
+        return self.rings if values.get("Shape") == "ring" else self.chains
 
 
 def limit_memory():
