@@ -141,28 +141,6 @@ static bool hasEqualCalls(Function &F, ArrayRef<CallBase *> Calls,
   return true;
 }
 
-bool AutoPolicy::wantsLoopsFirst() {
-  const SmallVector<CallBase *, 4> Calls = findSelfCalls(F);
-  SmallVector<CallBase *, 4> LoopCalls, OtherCalls;
-  for (CallBase *Call : Calls)
-    (isTailCall(*Call) || isAccumulating(*Call) ? LoopCalls : OtherCalls)
-        .push_back(Call);
-  if (LoopCalls.empty() || hasEqualCalls(F, Calls, FAM))
-    return false;
-  // Nothing is left to be copied then.
-  if (OtherCalls.empty())
-    return true;
-  // The lifetime of a variable ends behind an inlined call, which is no tail
-  // call any more.
-  if (hasVariablesInMemory(F))
-    return true;
-  return any_of(LoopCalls, [&](const CallBase *Call) {
-    return isAccumulating(*Call) || any_of(Call->args(), [&](const Use &Arg) {
-             return dependsOnResult(Arg, OtherCalls);
-           });
-  });
-}
-
 //===----------------------------------------------------------------------===//
 // The plan
 //===----------------------------------------------------------------------===//
@@ -241,6 +219,30 @@ static std::optional<Verdict> findOtherWork(ArrayRef<CallBase *> Calls,
          << "it has a loop of its own beside its self calls";
 }
 
+bool AutoPolicy::wantsLoopsFirst() {
+  const SmallVector<CallBase *, 4> Calls = findSelfCalls(F);
+  SmallVector<CallBase *, 4> LoopCalls, OtherCalls;
+  for (CallBase *Call : Calls)
+    (isTailCall(*Call) || isAccumulating(*Call) ? LoopCalls : OtherCalls)
+        .push_back(Call);
+  if (LoopCalls.empty() || hasEqualCalls(F, Calls, FAM))
+    return false;
+  // Left alone, the function stays as it is.
+  if (OtherCalls.empty() || OtherCalls.size() > MaxSelfCalls ||
+      findOtherWork(Calls, FAM.getResult<LoopAnalysis>(F),
+                    FAM.getResult<DominatorTreeAnalysis>(F)))
+    return false;
+  // The lifetime of a variable ends behind an inlined call, which is no tail
+  // call any more.
+  if (hasVariablesInMemory(F))
+    return true;
+  return any_of(LoopCalls, [&](const CallBase *Call) {
+    return isAccumulating(*Call) || any_of(Call->args(), [&](const Use &Arg) {
+             return dependsOnResult(Arg, OtherCalls);
+           });
+  });
+}
+
 /// Why a ring of \p F, which has no guard, is not worth the risk that its
 /// copies are entered for nothing.
 static std::optional<Verdict> findRisk(unsigned BodySize,
@@ -279,7 +281,10 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
     return RecursionPlan(*Obstacle);
 
   const SmallVector<CallBase *, 4> Calls = findSelfCalls(F);
-  if (Calls.empty())
+  const bool MergesCalls = hasEqualCalls(F, Calls, FAM);
+  if (!MergesCalls && all_of(Calls, [](const CallBase *Call) {
+        return isTailCall(*Call) || isAccumulating(*Call);
+      }))
     return RecursionPlan(refuse("AutoLoop") << "its recursion becomes a loop");
   if (Calls.size() > MaxSelfCalls)
     return RecursionPlan(refuse("AutoSelfCalls")
@@ -301,7 +306,6 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   RecursionPlan Plan(Verdict(true, "AutoRing"));
   Plan.Kind = RecursionPlan::Ring;
   unsigned MaxCopies = Bounds.Copies;
-  const bool MergesCalls = hasEqualCalls(F, Calls, FAM);
   if (MergesCalls) {
     MaxCopies = std::min(MaxCopies, MaxCopiesToMerge);
   } else {
