@@ -105,12 +105,18 @@ static void buildRing(Function &F, const RecursionPlan &Plan,
     linkCopy(F, Copies, K, Plan.Staggered, Entry);
 
   // The driver has led plain calls from outside to the first copy.
+  auto IsMember = [&](const Function *Caller) {
+    return Caller == &F || is_contained(Copies, Caller);
+  };
   for (Function *Entered : {&F, &Head})
     for (Use &U : make_early_inc_range(Entered->uses())) {
       auto *Call = dyn_cast<CallBase>(U.getUser());
-      if (Call && Call->isCallee(&U) && Call->getCalledFunction() == Entered &&
-          Call->getFunction() != &Entry)
-        Call->setCalledFunction(&Entry);
+      if (!Call || !Call->isCallee(&U) ||
+          Call->getCalledFunction() != Entered || Call->getFunction() == &Entry)
+        continue;
+      const bool ByFunction =
+          Plan.EnteredByFunction && !IsMember(Call->getFunction());
+      Call->setCalledFunction(ByFunction ? &F : &Entry);
     }
   if (Plan.Guard)
     removeGuard(Head, F, *Plan.Guard);
@@ -140,6 +146,7 @@ public:
   }
 
   uint64_t getLimit() const { return Limit; }
+  uint64_t getLeft() const { return Limit - Used; }
 
 private:
   uint64_t Limit;
@@ -154,6 +161,13 @@ static RecursionPlan planWithin(Function &F, FunctionAnalysisManager &FAM,
   RecursionPlan Plan = AutoPolicy(F, FAM).makePlan(Bounds);
   if (Plan.Kind == RecursionPlan::Nothing || Budget.take(Plan.Growth))
     return Plan;
+  // Fewer copies, if they fit.
+  AutoBounds Rest = Bounds;
+  Rest.FunctionGrowth =
+      std::min<uint64_t>(Rest.FunctionGrowth, Budget.getLeft());
+  RecursionPlan Smaller = AutoPolicy(F, FAM).makePlan(Rest);
+  if (Smaller.Kind != RecursionPlan::Nothing && Budget.take(Smaller.Growth))
+    return Smaller;
   Verdict Refusal(false, "AutoModuleGrowth");
   Refusal << "a ring of it would add " << NV("Growth", Plan.Growth)
           << " instructions, and the module may not grow by more than "

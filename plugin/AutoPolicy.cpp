@@ -28,6 +28,9 @@ static constexpr unsigned MaxGuardSize = 30;
 /// not.
 static constexpr unsigned MaxUnguardedSize = 60;
 
+/// Most that guards add where a ring is entered (instructions).
+static constexpr uint64_t MaxEnteringGrowth = 100;
+
 /// With more self calls than this, most of them exclude each other (the cases
 /// of a switch), and copies of all of them only spread the branches.
 static constexpr unsigned MaxSelfCalls = 4;
@@ -38,9 +41,9 @@ static constexpr uint64_t MaxFusedFrame = 1024;
 /// Equal calls in two copies merge.  In three, there are tests between them.
 static constexpr unsigned MaxCopiesToMerge = 2;
 
-/// Inlined into a loop, a copy with a loop is a loop in a loop, and each needs
-/// registers.  A path search ran in 0.42 of plain clang's time with two copies,
-/// in 0.48 with three, and in 0.61 with four.
+/// A copy that is inlined into the loop around the one self call is a loop in a
+/// loop, and each needs registers.  A path search ran in 0.42 of plain clang's
+/// time with two copies, in 0.48 with three, and in 0.61 with four.
 static constexpr unsigned MaxCopiesInLoop = 3;
 
 static Verdict refuse(StringRef Name) { return Verdict(false, Name); }
@@ -128,13 +131,15 @@ static bool hasEqualCalls(Function &F, ArrayRef<CallBase *> Calls,
   for (auto [Call, Step] : zip(Calls, Steps)) {
     if (!isTailCall(*Call) && !isAccumulating(*Call))
       continue;
-    const bool IsCovered = any_of(zip(Calls, Steps), [&, &Step = Step](auto P) {
-      const CallBase &Other = *std::get<0>(P);
-      return !isTailCall(Other) && !isAccumulating(Other) &&
-             all_of(zip(std::get<1>(P), Step), [&](auto Pair) {
-               return IsNotLarger(std::get<0>(Pair), std::get<1>(Pair));
-             });
-    });
+    const bool IsCovered =
+        any_of(zip(Calls, Steps), [&, Call = Call, &Step = Step](auto P) {
+          const CallBase &Other = *std::get<0>(P);
+          return !isTailCall(Other) && !isAccumulating(Other) &&
+                 DT.dominates(&Other, Call) &&
+                 all_of(zip(std::get<1>(P), Step), [&](auto Pair) {
+                   return IsNotLarger(std::get<0>(Pair), std::get<1>(Pair));
+                 });
+        });
     if (!IsCovered)
       return false;
   }
@@ -187,6 +192,8 @@ static std::optional<Verdict> findObstacle(const Function &F) {
   if (const auto Count = F.getEntryCount(); Count && Count->getCount() == 0)
     return refuse("AutoNeverEntered")
            << "it was never entered, says the profile";
+  if (F.doesNotReturn())
+    return refuse("AutoNeverReturns") << "it never returns";
   if (F.isVarArg())
     return refuse("AutoVariableArguments")
            << "it takes variable arguments, which cannot be handed on";
@@ -311,9 +318,7 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   } else {
     Plan.Guard = findEntryGuard(F, MaxGuardSize);
     Plan.Staggered = true;
-    if (any_of(Calls, [&LI](const CallBase *Call) {
-          return LI.getLoopFor(Call->getParent());
-        }))
+    if (Calls.size() == 1 && LI.getLoopFor(Calls.front()->getParent()))
       MaxCopies = std::min(MaxCopies, MaxCopiesInLoop);
   }
   if (!MergesCalls && !Plan.Guard)
@@ -341,6 +346,14 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
                          << NV("Limit", Bounds.FunctionGrowth)
                          << " instructions or "
                          << NV("FrameLimit", MaxFusedFrame) << " bytes");
+
+  // The guard at the calls that enter the ring: as long as those are few.
+  if (Plan.Guard) {
+    const uint64_t Entering =
+        (F.getNumUses() - Calls.size()) * uint64_t(Plan.Guard->Size);
+    Plan.EnteredByFunction = Entering > MaxEnteringGrowth;
+    Plan.Growth += Plan.EnteredByFunction ? 0 : Entering;
+  }
 
   Plan.Decision << NV("Shape", "ring") << " of " << NV("Copies", Plan.Copies)
                 << " copies by the automatic policy, "

@@ -50,6 +50,9 @@ struct RecursionPlan {
   std::optional<EntryGuard> Guard;
   /// The second and later self calls of a body lead to the copy after the next.
   bool Staggered = false;
+  /// Calls from outside go to the function as before, which enters the ring.
+  /// Otherwise they enter it themselves, and the guard is inlined into each.
+  bool EnteredByFunction = false;
   /// What it adds to the module, once all copies are inlined that are to be
   /// (instructions).
   unsigned Growth = 0;

@@ -36,6 +36,23 @@ findRecursiveBlocks(const Function &F) {
   return Recursive;
 }
 
+/// Does \p Call, of an intrinsic, give what the optimiser knows where it
+/// stands, or which frame it stands in?
+static bool dependsOnPlace(const CallBase &Call) {
+  switch (Call.getIntrinsicID()) {
+  case Intrinsic::is_constant:
+  case Intrinsic::objectsize:
+  case Intrinsic::frameaddress:
+  case Intrinsic::returnaddress:
+  case Intrinsic::addressofreturnaddress:
+  case Intrinsic::sponentry:
+  case Intrinsic::read_register:
+    return true;
+  default:
+    return false;
+  }
+}
+
 /// Can \p I be executed a second time right afterwards, with the same result
 /// and no other effect?
 static bool isRepeatable(const Instruction &I) {
@@ -44,13 +61,19 @@ static bool isRepeatable(const Instruction &I) {
   // Frozen poison is any value, the second time another.
   if (isa<FreezeInst>(I) || I.mayHaveSideEffects())
     return false;
-  // A variable that nothing is stored to yet.
+  // A variable that nothing is stored to yet, ...
   if (const auto *Alloca = dyn_cast<AllocaInst>(&I))
     return Alloca->isStaticAlloca();
+  // ... which has another address the second time.
+  if (any_of(I.operands(), [](const Use &U) { return isa<AllocaInst>(U); }))
+    return false;
+  // Another thread may store in between, unless that is undefined.
   if (const auto *Load = dyn_cast<LoadInst>(&I))
-    return Load->isUnordered();
+    return Load->isSimple();
   // Calls are not what a guard saves.
-  return !isa<CallBase>(I) || isa<IntrinsicInst>(I);
+  if (const auto *Call = dyn_cast<CallBase>(&I))
+    return isa<IntrinsicInst>(Call) && !dependsOnPlace(*Call);
+  return true;
 }
 
 /// Adds what can be reached from \p From to \p Reached, and returns the size of
@@ -97,9 +120,7 @@ llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize) {
       break;
     BB = *Onward.begin();
     if (!NewExits.empty())
-      Guard = EntryGuard{Blocks, BB, 0};
-    if (Guard)
-      Guard->Size = Size + addReachable({}, Exits);
+      Guard = EntryGuard{Blocks, BB, Size + addReachable({}, Exits)};
   }
   return Guard;
 }

@@ -30,7 +30,7 @@ static AttrBuilder getPassingAttributes(LLVMContext &Context,
 }
 
 /// Lets \p Call say what \p Callee says about passing values.
-static void completeAttributes(CallInst &Call, const Function &Callee) {
+static void completeAttributes(CallBase &Call, const Function &Callee) {
   LLVMContext &Context = Call.getContext();
   const AttributeList Wanted = Callee.getAttributes();
   AttributeList Attrs = Call.getAttributes();
@@ -61,7 +61,7 @@ PreservedAnalyses CallRepairPass::run(Module &M, ModuleAnalysisManager &MAM) {
         !Copy.hasFnAttribute("llvm.recurse.clone"))
       continue;
     for (User *U : Copy.users()) {
-      auto *Call = dyn_cast<CallInst>(U);
+      auto *Call = dyn_cast<CallBase>(U);
       if (!Call || Call->getCalledFunction() != &Copy)
         continue;
       completeAttributes(*Call, Copy);

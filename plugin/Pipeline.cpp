@@ -158,6 +158,9 @@ llvm::inlinerecursion::parsePassParameters(StringRef Text,
   return Parameters;
 }
 
+/// Code below -O3 is not to grow as much for the sake of speed.
+static constexpr unsigned ShareBelowO3 = 8;
+
 /// The whole way of a module through the plugin.
 static void addPipeline(ModulePassManager &MPM,
                         const PassParameters &Parameters) {
@@ -308,7 +311,10 @@ void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
   auto AddAboveO0 = [](ModulePassManager &MPM, OptimizationLevel Level) {
     if (Level == OptimizationLevel::O0)
       return;
-    addPipeline(MPM, PassParameters());
+    PassParameters Parameters;
+    if (Level != OptimizationLevel::O3)
+      Parameters.Limits.ModuleGrowth /= ShareBelowO3;
+    addPipeline(MPM, Parameters);
   };
   PB.registerPipelineEarlySimplificationEPCallback(AddAboveO0);
   PB.registerLateLoopOptimizationsEPCallback(

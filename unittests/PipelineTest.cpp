@@ -50,6 +50,56 @@ TEST(PassParametersTest, ErrorsNameTheParameter) {
   EXPECT_EQ(errorOf("x", {false, false}), "unknown parameter 'x'; known: none");
 }
 
+TEST(PassParametersTest, LimitsOfTheAutomaticPolicy) {
+  constexpr AcceptedParameters Limits = {false, false, false, true};
+  Expected<PassParameters> Parameters = parsePassParameters(
+      "copies=3;module-growth=0;function-growth=80;copies=4", Limits);
+  ASSERT_TRUE(bool(Parameters));
+  EXPECT_EQ(Parameters->Limits.Copies, 4u);
+  EXPECT_EQ(Parameters->Limits.FunctionGrowth, 80u);
+  EXPECT_EQ(Parameters->Limits.ModuleGrowth, 0u);
+
+  Parameters = parsePassParameters("", Limits);
+  ASSERT_TRUE(bool(Parameters));
+  EXPECT_EQ(Parameters->Limits.Copies, AutoLimits().Copies);
+  EXPECT_EQ(Parameters->Limits.FunctionGrowth, AutoLimits().FunctionGrowth);
+  EXPECT_EQ(Parameters->Limits.ModuleGrowth, AutoLimits().ModuleGrowth);
+}
+
+TEST(PassParametersTest, TheAutomaticPolicyIsOnUntilSwitchedOff) {
+  constexpr AcceptedParameters Auto = {false, false, true};
+  Expected<PassParameters> Parameters = parsePassParameters("", Auto);
+  ASSERT_TRUE(bool(Parameters));
+  EXPECT_TRUE(Parameters->Auto);
+  Parameters = parsePassParameters("no-auto", Auto);
+  ASSERT_TRUE(bool(Parameters));
+  EXPECT_FALSE(Parameters->Auto);
+  Parameters = parsePassParameters("no-auto;auto", Auto);
+  ASSERT_TRUE(bool(Parameters));
+  EXPECT_TRUE(Parameters->Auto);
+}
+
+TEST(PassParametersTest, ErrorsNameTheLimit) {
+  constexpr AcceptedParameters Limits = {false, false, true, true};
+  for (const char *Bad :
+       {"copies=", "copies=x", "copies=-1", "copies=3x", "copies=99999999999"})
+    EXPECT_EQ(errorOf(Bad, Limits), "invalid number in parameter '" +
+                                        std::string(Bad) +
+                                        "'; copies is a number from 0 on");
+  EXPECT_EQ(errorOf("function-growth=many", Limits),
+            "invalid number in parameter 'function-growth=many'; "
+            "function-growth is a number from 0 on");
+  EXPECT_EQ(errorOf("module-growth=", Limits),
+            "invalid number in parameter 'module-growth='; module-growth is a "
+            "number from 0 on");
+  EXPECT_EQ(errorOf("copies", Limits),
+            "unknown parameter 'copies'; known: auto no-auto copies=N "
+            "function-growth=N module-growth=N");
+  EXPECT_EQ(errorOf("no-auto", All),
+            "unknown parameter 'no-auto'; known: level=N find-requests "
+            "no-find-requests");
+}
+
 // Recursions of different depths, so that a depth that leaks from one thread
 // into another makes a chain of the wrong length.
 std::string makeProgram(unsigned Depth) {

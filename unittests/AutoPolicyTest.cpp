@@ -1,0 +1,478 @@
+//===- AutoPolicyTest.cpp - What pays without being asked -----------------===//
+
+#include "../plugin/AutoPolicy.h"
+#include "TestModule.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using namespace llvm::unittest;
+
+namespace {
+
+const AutoBounds Wide = {7, 550};
+
+/// What the policy says about @f of a module.
+class Asked {
+public:
+  explicit Asked(const std::string &Assembly, AutoBounds Bounds = Wide)
+      : TM(Assembly), Policy(TM.function("f"), analyses()),
+        LoopsFirst(Policy.wantsLoopsFirst()), Plan(Policy.makePlan(Bounds)) {}
+
+private:
+  TestModule TM;
+  FunctionAnalysisManager &analyses() {
+    return TM.analyses()
+        .getResult<FunctionAnalysisManagerModuleProxy>(TM.module())
+        .getManager();
+  }
+  AutoPolicy Policy;
+
+public:
+  const bool LoopsFirst;
+  const RecursionPlan Plan;
+  std::string name() const { return Plan.Decision.Name.str(); }
+};
+
+/// Does a ring of two copies without a guard leave equal calls to be merged?
+bool merges(const std::string &Assembly) {
+  const Asked A(Assembly);
+  const bool Merges = A.Plan.Kind == RecursionPlan::Ring &&
+                      A.Plan.Copies == 2 && !A.Plan.Guard && !A.Plan.Staggered;
+  // The policy leaves what merges as it is.
+  EXPECT_FALSE(Merges && A.LoopsFirst);
+  return Merges;
+}
+
+const char *const Prelude = R"(
+@g = external global i32
+declare void @other()
+declare i32 @pure(i32) memory(none) nounwind willreturn
+declare void @use(ptr)
+declare i32 @setjmp(ptr) returns_twice
+declare i1 @more()
+)";
+
+/// f(n, k), which returns n below 2, and else runs \p Body.
+std::string binary(const std::string &Body) {
+  return Prelude + std::string(R"(
+define i32 @f(i32 %n, i32 %k) {
+entry:
+  %small = icmp ult i32 %n, 2
+  br i1 %small, label %base, label %rec
+base:
+  ret i32 %n
+rec:
+)") + Body +
+         "\n}\n";
+}
+
+/// A call of f whose arguments are stepped by constants.
+std::string step(const std::string &Result, int N, int K) {
+  return "  %n." + Result + " = add i32 %n, " + std::to_string(N) + "\n  %k." +
+         Result + " = add i32 %k, " + std::to_string(K) + "\n  %" + Result +
+         " = call i32 @f(i32 %n." + Result + ", i32 %k." + Result + ")\n";
+}
+
+const std::string Sum = "  %s = add i32 %a, %b\n  ret i32 %s";
+const std::string Difference = "  %s = sub i32 %a, %b\n  ret i32 %s";
+
+/// 8 instructions, 2 self calls, and a test of 3 instructions with its return.
+/// \p Locals stands in the entry block.
+std::string hanoi(const std::string &Locals = "") {
+  return Prelude + std::string(R"(
+define void @f(i32 %n, i32 %a, i32 %b, i32 %c) {
+entry:
+)") + Locals +
+         R"(
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %rec
+rec:
+  %m = sub i32 %n, 1
+  call void @f(i32 %m, i32 %a, i32 %c, i32 %b)
+  store i32 %a, ptr @g
+  call void @f(i32 %m, i32 %c, i32 %b, i32 %a)
+  br label %exit
+exit:
+  ret void
+}
+)";
+}
+
+/// A function without result whose block `rec` ends behind \p Body.
+std::string voidWith(const std::string &Body, const std::string &Rest = "",
+                     const std::string &Parameters = "i32 %n, ptr %p",
+                     const std::string &Attributes = "") {
+  return Prelude + std::string("define void @f(") + Parameters + ") " +
+         Attributes + R"( {
+entry:
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %rec
+rec:
+)" + Body +
+         R"(
+  br label %exit
+exit:
+  ret void
+)" + Rest +
+         "}\n";
+}
+
+const std::string Call = "  call void @f(i32 %n, ptr %p)\n";
+const std::string CallAndStore = Call + "  store i32 %n, ptr %p\n";
+
+//===----------------------------------------------------------------------===//
+// Equal calls
+//===----------------------------------------------------------------------===//
+
+TEST(EqualCallsTest, StepsByConstantsMerge) {
+  EXPECT_TRUE(merges(binary(step("a", -1, 0) + step("b", -2, 0) + Sum)));
+  EXPECT_TRUE(merges(binary(step("a", -1, -1) + step("b", -1, -2) + Sum)));
+  EXPECT_TRUE(
+      merges(binary(step("a", -1, 0) + step("b", -1, -1) + Difference)));
+  EXPECT_TRUE(merges(binary(step("a", -1, 0) + "  %l = load i32, ptr @g\n" +
+                            step("b", -2, 0) + Difference)));
+  EXPECT_TRUE(
+      merges(binary(step("a", -1, 0) + "  %l = call i32 @pure(i32 %n)\n" +
+                    step("b", -2, 0) + Difference)));
+}
+
+TEST(EqualCallsTest, GrowthIsThatOfTwoBodies) {
+  const Asked A(R"(
+define i32 @f(i32 %n) {
+entry:
+  %small = icmp ult i32 %n, 2
+  br i1 %small, label %base, label %rec
+base:
+  ret i32 %n
+rec:
+  %m = sub i32 %n, 1
+  %a = call i32 @f(i32 %m)
+  %l = sub i32 %n, 2
+  %b = call i32 @f(i32 %l)
+  %s = add i32 %a, %b
+  ret i32 %s
+}
+)");
+  EXPECT_FALSE(A.LoopsFirst);
+  ASSERT_EQ(A.Plan.Copies, 2u);
+  EXPECT_FALSE(A.Plan.Guard);
+  // A body is 9 and a call 1: 9 + 2 * (9 + 2 * 1).
+  EXPECT_EQ(A.Plan.Growth, 31u);
+  EXPECT_EQ(A.name(), "AutoRing");
+}
+
+TEST(EqualCallsTest, NotIfAnythingIsWritten) {
+  for (const char *Effect :
+       {"  store i32 0, ptr @g\n", "  %l = load volatile i32, ptr @g\n",
+        "  call void @other()\n", "  fence seq_cst\n",
+        "  %l = load atomic i32, ptr @g acquire, align 4\n"})
+    EXPECT_FALSE(
+        merges(binary(step("a", -1, 0) + Effect + step("b", -2, 0) + Sum)))
+        << Effect;
+}
+
+TEST(EqualCallsTest, NotIfStepsAreNoConstants) {
+  EXPECT_FALSE(merges(binary(
+      step("a", -1, 0) +
+      "  %h = lshr i32 %n, 1\n  %b = call i32 @f(i32 %h, i32 %k)\n" + Sum)));
+  EXPECT_FALSE(merges(binary(
+      step("a", -1, 0) +
+      "  %h = sub i32 %n, 1\n  %b = call i32 @f(i32 %h, i32 %a)\n" + Sum)));
+  EXPECT_FALSE(merges(binary(
+      step("a", -1, 0) +
+      "  %h = sub i32 %n, %k\n  %b = call i32 @f(i32 %h, i32 %k)\n" + Sum)));
+}
+
+TEST(EqualCallsTest, NotIfCallsExcludeEachOther) {
+  EXPECT_FALSE(merges(
+      binary("  %odd = trunc i32 %n to i1\n"
+             "  br i1 %odd, label %x, label %y\nx:\n" +
+             step("a", -1, 0) + "  %a1 = sub i32 5, %a\n  ret i32 %a1\ny:\n" +
+             step("b", -2, 0) + "  %b1 = sub i32 7, %b\n  ret i32 %b1")));
+}
+
+TEST(EqualCallsTest, NotIfALoopIsLostThatNeedsNoStack) {
+  // Only the second call, a sum's, goes down to the end: it keeps k.
+  EXPECT_FALSE(merges(binary(step("a", -1, -1) + step("b", -1, 0) + Sum)));
+  EXPECT_TRUE(
+      Asked(binary(step("a", -1, -1) + step("b", -1, 0) + Sum)).LoopsFirst);
+  // The first one takes larger steps.
+  EXPECT_FALSE(merges(binary(step("a", -3, 0) + step("b", -1, 0) + Sum)));
+  // It steps the other way.
+  EXPECT_FALSE(merges(binary(step("a", 1, 0) + step("b", -1, 0) + Sum)));
+  // The same steps where nothing accumulates.
+  EXPECT_TRUE(merges(binary(step("a", -3, 0) + step("b", -1, 0) + Difference)));
+}
+
+TEST(EqualCallsTest, NotIfTheOtherCallIsNotMadeWheneverTheLoopWouldBe) {
+  EXPECT_FALSE(
+      merges(binary("  %low = icmp ult i32 %n, 5\n"
+                    "  br i1 %low, label %x, label %y\nx:\n" +
+                    step("a", -1, 0) + step("c", -2, 0) +
+                    "  %w = sub i32 %a, %c\n  br label %y\ny:\n"
+                    "  %z = phi i32 [ 0, %rec ], [ %w, %x ]\n" +
+                    step("b", -1, 0) + "  %s = add i32 %z, %b\n  ret i32 %s")));
+}
+
+//===----------------------------------------------------------------------===//
+// Loops first
+//===----------------------------------------------------------------------===//
+
+TEST(LoopsFirstTest, OnlyTailCallsAreLeftAlone) {
+  const Asked A(binary("  %m = sub i32 %n, 1\n"
+                       "  %r = call i32 @f(i32 %m, i32 %n)\n  ret i32 %r"));
+  EXPECT_FALSE(A.LoopsFirst);
+  EXPECT_EQ(A.name(), "AutoLoop");
+}
+
+TEST(LoopsFirstTest, ATailCallOfAnotherCallsResult) {
+  EXPECT_TRUE(Asked(binary("  %m = sub i32 %n, 1\n"
+                           "  %r = call i32 @f(i32 %n, i32 %m)\n"
+                           "  %r1 = add i32 %r, 3\n"
+                           "  %s = call i32 @f(i32 %m, i32 %r1)\n"
+                           "  ret i32 %s"))
+                  .LoopsFirst);
+}
+
+TEST(LoopsFirstTest, NotATailCallThatDependsOnNoOther) {
+  EXPECT_FALSE(Asked(hanoi()).LoopsFirst);
+}
+
+TEST(LoopsFirstTest, NotWithoutTailCalls) {
+  EXPECT_FALSE(Asked(voidWith(CallAndStore + CallAndStore)).LoopsFirst);
+}
+
+TEST(LoopsFirstTest, AnAccumulator) {
+  EXPECT_TRUE(Asked(R"(
+define i32 @f(ptr %t) {
+entry:
+  %none = icmp eq ptr %t, null
+  br i1 %none, label %exit, label %rec
+rec:
+  %l = load ptr, ptr %t
+  %a = call i32 @f(ptr %l)
+  %q = getelementptr ptr, ptr %t, i64 1
+  %r = load ptr, ptr %q
+  %c = add i32 %a, 1
+  %b = call i32 @f(ptr %r)
+  %s = add i32 %c, %b
+  br label %exit
+exit:
+  %v = phi i32 [ 0, %entry ], [ %s, %rec ]
+  ret i32 %v
+}
+)")
+                  .LoopsFirst);
+}
+
+TEST(LoopsFirstTest, AVariableInMemory) {
+  EXPECT_TRUE(Asked(hanoi("  %x = alloca i32")).LoopsFirst);
+}
+
+//===----------------------------------------------------------------------===//
+// Rings
+//===----------------------------------------------------------------------===//
+
+TEST(AutoRingTest, GuardedAndStaggered) {
+  const Asked A(hanoi());
+  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
+  ASSERT_TRUE(A.Plan.Guard);
+  EXPECT_EQ(A.Plan.Guard->Size, 3u);
+  EXPECT_TRUE(A.Plan.Staggered);
+  EXPECT_EQ(A.Plan.Copies, 7u);
+}
+
+TEST(AutoRingTest, AsManyCopiesAsFit) {
+  // A body is 8 and a guard 3.  A copy has that of the next two inlined: the
+  // last one 8 + 3 + 3, the one before 8 + 14 + 3, then 8 + 25 + 14, ...
+  const unsigned Growth[] = {14, 25, 47, 80, 135, 223, 366};
+  for (unsigned Copies = 2; Copies <= 7; ++Copies) {
+    const unsigned Exact = Growth[Copies - 1];
+    const Asked Fits(hanoi(), {7, Exact});
+    EXPECT_EQ(Fits.Plan.Copies, Copies);
+    EXPECT_EQ(Fits.Plan.Growth, Exact);
+    const Asked TooMany(hanoi(), {7, Exact - 1});
+    EXPECT_EQ(TooMany.Plan.Copies, Copies == 2 ? 0 : Copies - 1);
+    const Asked Bound(hanoi(), {Copies, 550});
+    EXPECT_EQ(Bound.Plan.Copies, Copies);
+    EXPECT_EQ(Bound.Plan.Growth, Exact);
+  }
+  EXPECT_EQ(Asked(hanoi(), {7, 100}).Plan.Copies, 4u);
+}
+
+TEST(AutoRingTest, VariablesInMemoryTakeCopies) {
+  // Bodies that share the frame: 1, 2, 4, 7, 12, 20, 33.  1024 bytes fit.
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [31 x i8]")).Plan.Copies, 7u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [32 x i8]")).Plan.Copies, 6u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [256 x i8]")).Plan.Copies, 3u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [512 x i8]")).Plan.Copies, 2u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [513 x i8]")).name(), "AutoTooLarge");
+}
+
+TEST(AutoRingTest, AtMostThreeCopiesInALoop) {
+  const std::string Loop = R"(
+define void @f(i32 %n, ptr %p) {
+entry:
+  br label %head
+head:
+  %i = phi i32 [ 0, %entry ], [ %j, %body ]
+  %more = icmp slt i32 %i, %n
+  br i1 %more, label %body, label %exit
+body:
+  call void @f(i32 %i, ptr %p)
+  %j = add i32 %i, 1
+  br label %head
+exit:
+  ret void
+}
+)";
+  EXPECT_EQ(Asked(Loop).Plan.Copies, 3u);
+  EXPECT_EQ(Asked(Loop, {2, 550}).Plan.Copies, 2u);
+}
+
+TEST(AutoRingTest, ALoopOfALeafIsNotInTheWay) {
+  EXPECT_EQ(Asked(R"(
+define void @f(i32 %n, ptr %p) {
+entry:
+  %small = icmp ult i32 %n, 9
+  br i1 %small, label %leaf, label %rec
+leaf:
+  %i = phi i32 [ 0, %entry ], [ %j, %leaf ]
+  store i32 %i, ptr %p
+  %j = add i32 %i, 1
+  %more = icmp ult i32 %j, %n
+  br i1 %more, label %leaf, label %exit
+rec:
+  %m = lshr i32 %n, 1
+  call void @f(i32 %m, ptr %p)
+  call void @f(i32 %m, ptr %p)
+  store i32 %m, ptr %p
+  br label %exit
+exit:
+  ret void
+}
+)")
+                .Plan.Kind,
+            RecursionPlan::Ring);
+}
+
+/// A function without a test at its entry, whose call is made in some trips of
+/// a loop, which ends by \p Condition of %j, the number of the next trip.
+std::string scan(const std::string &Condition, unsigned Stores = 0) {
+  std::string Filler;
+  for (unsigned I = 0; I != Stores; ++I)
+    Filler += "  store i32 %n, ptr %p\n";
+  return Prelude + std::string(R"(
+define void @f(i32 %n, ptr %p) {
+entry:
+)") + Filler +
+         R"(  store i32 %n, ptr %p
+  br label %loop
+loop:
+  %i = phi i32 [ 0, %entry ], [ %j, %latch ]
+  %some = call i1 @more()
+  br i1 %some, label %rec, label %latch
+rec:
+  call void @f(i32 %i, ptr %p)
+  br label %latch
+latch:
+  %j = add i32 %i, 1
+  %last = icmp )" +
+         Condition + R"(
+  br i1 %last, label %exit, label %loop
+exit:
+  ret void
+}
+)";
+}
+
+TEST(AutoRingTest, WithoutAGuardIfTheLoopTests) {
+  const Asked A(scan("eq i32 %j, %n"));
+  EXPECT_EQ(A.name(), "AutoRing");
+  EXPECT_FALSE(A.Plan.Guard);
+  EXPECT_EQ(A.Plan.Copies, 3u);
+}
+
+TEST(AutoRefusalTest, WithoutAGuardIfItIsLarge) {
+  // The loop, its entry and the return have 11 instructions.
+  EXPECT_EQ(Asked(scan("eq i32 %j, %n", 49)).name(), "AutoRing");
+  EXPECT_EQ(Asked(scan("eq i32 %j, %n", 50)).name(), "AutoNoTest");
+}
+
+TEST(AutoRefusalTest, ALoopToBeUnrolled) {
+  EXPECT_EQ(Asked(scan("eq i32 %j, 4")).name(), "AutoUnrolledLoop");
+}
+
+//===----------------------------------------------------------------------===//
+// Refusals
+//===----------------------------------------------------------------------===//
+
+TEST(AutoRefusalTest, VariableArguments) {
+  EXPECT_EQ(Asked(Prelude + std::string(R"(
+define void @f(i32 %n, ...) {
+  call void (i32, ...) @f(i32 %n)
+  call void @other()
+  ret void
+}
+)"))
+                .name(),
+            "AutoVariableArguments");
+}
+
+TEST(AutoRefusalTest, ReturnsTwice) {
+  EXPECT_EQ(Asked(voidWith("  %j = call i32 @setjmp(ptr %p) returns_twice\n" +
+                           CallAndStore))
+                .name(),
+            "AutoReturnsTwice");
+}
+
+TEST(AutoRefusalTest, ByValue) {
+  EXPECT_EQ(Asked(voidWith("  call void @f(i32 %n, ptr byval(i64) %p)\n"
+                           "  call void @other()\n",
+                           "", "i32 %n, ptr byval(i64) %p"))
+                .name(),
+            "AutoByValue");
+}
+
+TEST(AutoRefusalTest, FiveSelfCalls) {
+  const std::string Four =
+      CallAndStore + CallAndStore + CallAndStore + CallAndStore;
+  EXPECT_EQ(Asked(voidWith(Four), {7, 5000}).name(), "AutoRing");
+  EXPECT_EQ(Asked(voidWith(Four + CallAndStore), {7, 5000}).name(),
+            "AutoSelfCalls");
+}
+
+TEST(AutoRefusalTest, ALoopBesideTheCalls) {
+  const std::string Loop = "  br label %loop\nloop:\n"
+                           "  store i32 %n, ptr %p\n"
+                           "  %again = call i1 @more()\n"
+                           "  br i1 %again, label %loop, label %end\nend:\n";
+  EXPECT_EQ(Asked(voidWith(CallAndStore + Loop)).name(), "AutoWorkInLoop");
+  EXPECT_EQ(Asked(voidWith(Loop + CallAndStore)).name(), "AutoWorkInLoop");
+  EXPECT_EQ(Asked(voidWith(CallAndStore)).name(), "AutoRing");
+}
+
+TEST(AutoRefusalTest, NoTestBeforeTheCalls) {
+  EXPECT_EQ(Asked(Prelude + std::string(R"(
+define void @f(i32 %n, ptr %p) {
+entry:
+  br label %loop
+loop:
+  call void @f(i32 %n, ptr %p)
+  %again = call i1 @more()
+  br i1 %again, label %loop, label %exit
+exit:
+  ret void
+}
+)"))
+                .name(),
+            "AutoNoTest");
+}
+
+TEST(AutoRefusalTest, TooLarge) {
+  EXPECT_EQ(Asked(hanoi(), {7, 25}).name(), "AutoRing");
+  EXPECT_EQ(Asked(hanoi(), {7, 24}).name(), "AutoTooLarge");
+  EXPECT_EQ(Asked(hanoi(), {7, 24}).Plan.Kind, RecursionPlan::Nothing);
+}
+
+} // namespace
