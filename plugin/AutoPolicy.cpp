@@ -44,6 +44,7 @@ static constexpr unsigned MaxCopiesToMerge = 2;
 /// A copy that is inlined into the loop around the one self call is a loop in a
 /// loop, and each needs registers.  A path search ran in 0.42 of plain clang's
 /// time with two copies, in 0.48 with three, and in 0.61 with four.
+/// One more where there are several self calls.
 static constexpr unsigned MaxCopiesInLoop = 3;
 
 static Verdict refuse(StringRef Name) { return Verdict(false, Name); }
@@ -318,8 +319,10 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   } else {
     Plan.Guard = findEntryGuard(F, MaxGuardSize);
     Plan.Staggered = true;
-    if (Calls.size() == 1 && LI.getLoopFor(Calls.front()->getParent()))
-      MaxCopies = std::min(MaxCopies, MaxCopiesInLoop);
+    if (any_of(Calls, [&LI](const CallBase *Call) {
+          return LI.getLoopFor(Call->getParent());
+        }))
+      MaxCopies = std::min(MaxCopies, MaxCopiesInLoop + (Calls.size() > 1));
   }
   if (!MergesCalls && !Plan.Guard)
     if (std::optional<Verdict> Reason = findRisk(BodySize, Calls, LI, SE, DT))

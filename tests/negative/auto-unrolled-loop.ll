@@ -3,7 +3,7 @@
 ; RUN: sed 's/%%j, 4/%%j, %%n/' %s | %opt -passes='inlinerecursion-pipeline' -pass-remarks=inlinerecursion -disable-output - 2>&1 | FileCheck %s --check-prefix=TAKEN
 
 ; CHECK: 'f' not chained: the loop around its self call is worth more unrolled
-; TAKEN: 'f' rebuilt as a ring of 3 copies by the automatic policy
+; TAKEN: 'f' rebuilt as a ring of {{[0-9]+}} copies by the automatic policy
 
 declare i1 @more()
 define void @f(i32 %n, ptr %p) {
