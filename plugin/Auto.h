@@ -31,7 +31,7 @@
 ///
 /// Growth is bounded for each function, and for the module by the larger of an
 /// absolute number, which is what makes a small program fast, and a share of
-/// its size.  Below -O3 the number is an eighth: the time that a compilation
+/// its size.  Below -O3 the number is a sixteenth: the time that a compilation
 /// takes grows as the code does.
 ///
 //===----------------------------------------------------------------------===//

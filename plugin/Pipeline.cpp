@@ -159,7 +159,7 @@ llvm::inlinerecursion::parsePassParameters(StringRef Text,
 }
 
 /// Code below -O3 is not to grow as much for the sake of speed.
-static constexpr unsigned ShareBelowO3 = 8;
+static constexpr unsigned ShareBelowO3 = 16;
 
 /// The whole way of a module through the plugin.
 static void addPipeline(ModulePassManager &MPM,

@@ -83,7 +83,7 @@ def main():
     compiler = [args.clang, "-w"]
     plugin = [f"-fpass-plugin={args.plugin}", "-Xclang", "-load", "-Xclang",
               args.plugin, "-Rpass=inlinerecursion",
-              # Below -O3 the policy has an eighth of this.
+              # Below -O3 the policy has a sixteenth of this.
               "-mllvm", "-inlinerecursion-auto-module-growth=64000"]
     for option in args.option:
         plugin += ["-mllvm", option]
