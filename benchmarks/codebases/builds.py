@@ -25,7 +25,7 @@ class Plugin:
     """What the shipped configuration file says."""
 
     configuration: Path
-    library: Path
+    shared_object: Path
 
     @staticmethod
     def read(configuration):
@@ -76,8 +76,8 @@ class Variant:
                  f"--ld-path={BIN / 'ld.lld'}"]
         if self.plugin:
             # Loaded plainly too, so that the linker knows the plugin's options.
-            flags += [f"-Wl,--load-pass-plugin={self.plugin.library}",
-                      f"-Wl,-mllvm,-load={self.plugin.library}"]
+            flags += [f"-Wl,--load-pass-plugin={self.plugin.shared_object}",
+                      f"-Wl,-mllvm,-load={self.plugin.shared_object}"]
             flags += [f"-Wl,-mllvm,{option}" for option in self.level_options()]
         return flags
 

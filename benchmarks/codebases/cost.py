@@ -69,7 +69,7 @@ def run_tool(command, directory):
 
 def measure_start(plugin):
     """Instructions to compile next to nothing, by what is loaded how."""
-    library = str(plugin.library)
+    library = str(plugin.shared_object)
     ways = {"plain": [],
             "-load": ["-Xclang", "-load", "-Xclang", library],
             "-fpass-plugin": [f"-fpass-plugin={library}"],
