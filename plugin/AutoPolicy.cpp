@@ -3,6 +3,7 @@
 #include "AutoPolicy.h"
 #include "../host/InliningPlan.h"
 #include "../host/RecursionDepthEstimator.h"
+#include "Protection.h"
 #include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
@@ -175,16 +176,6 @@ static FusedSize estimateFusedSize(unsigned BodySize, unsigned SelfCalls,
     }
   }
   return Sizes.front();
-}
-
-static uint64_t getFrameSize(const Function &F) {
-  uint64_t Size = 0;
-  for (const Instruction &I : instructions(F))
-    if (const auto *Alloca = dyn_cast<AllocaInst>(&I))
-      if (auto Bits =
-              Alloca->getAllocationSizeInBits(F.getParent()->getDataLayout()))
-        Size = SaturatingAdd(Size, uint64_t(Bits->getKnownMinValue() / 8));
-  return Size;
 }
 
 /// What is not worth it, what the inliner refuses, and what it multiplies at

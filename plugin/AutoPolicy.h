@@ -2,8 +2,8 @@
 //
 /// \file
 /// The pass takes one shape of recursion.  For what it refuses, this policy
-/// decides between nothing, a chain and a ring, and how many copies.  It reads
-/// and changes nothing; AutoPass builds what it says.
+/// decides between nothing and a ring, and how many copies.  It reads and
+/// changes nothing; AutoPass builds what it says.
 ///
 /// Four things make a ring pay, or not (figures: docs/what-it-tells.md):
 ///
@@ -16,8 +16,8 @@
 ///    it know nothing.
 ///  - The second and later self calls of a body skip a copy.  The calls that
 ///    close the ring then stand at different depths, and no argument is
-///    unlucky: towers of Hanoi swung by 2.3x between neighbouring heights with
-///    four copies linked one after another, and swing by 1.2x with seven.
+///    as unlucky as every fourth height of the towers of Hanoi is with four
+///    copies linked one after another.
 ///  - Equal calls merge: where nothing is written, and the arguments step by
 ///    constants, f(n-1) and f(n-2) share f(n-3).  Two copies without a guard,
 ///    so that the calls are unconditional where it matters, leave that to
@@ -41,7 +41,7 @@ namespace inlinerecursion {
 
 /// What is to be built of one function.
 struct RecursionPlan {
-  enum Shape { Nothing, Chain, Ring };
+  enum Shape { Nothing, Ring };
 
   Shape Kind = Nothing;
   /// At least 2 unless Kind is Nothing.

@@ -67,6 +67,16 @@ static bool anyArgument(const Function &F, PredicateT Wanted) {
   return any_of(F.args(), Wanted);
 }
 
+uint64_t llvm::inlinerecursion::getFrameSize(const Function &F) {
+  const DataLayout &DL = F.getParent()->getDataLayout();
+  uint64_t Size = 0;
+  for (const Instruction &I : instructions(F))
+    if (const auto *Alloca = dyn_cast<AllocaInst>(&I))
+      if (auto Bits = Alloca->getAllocationSizeInBits(DL))
+        Size = SaturatingAdd(Size, uint64_t(Bits->getKnownMinValue() / 8));
+  return Size;
+}
+
 //===----------------------------------------------------------------------===//
 // Hazards
 //===----------------------------------------------------------------------===//
@@ -207,13 +217,7 @@ static bool isTooLarge(const Function &F) {
 // entered.  A recursion that leads through other functions needs that frame
 // each time around.
 static bool hasLargeFrame(const Function &F) {
-  const DataLayout &DL = F.getParent()->getDataLayout();
-  uint64_t Size = 0;
-  for (const Instruction &I : instructions(F))
-    if (const auto *Alloca = dyn_cast<AllocaInst>(&I))
-      if (auto Bits = Alloca->getAllocationSizeInBits(DL))
-        Size = SaturatingAdd(Size, uint64_t(Bits->getKnownMinValue() / 8));
-  return Size > MaxFrameSize;
+  return getFrameSize(F) > MaxFrameSize;
 }
 
 //===----------------------------------------------------------------------===//

@@ -58,6 +58,10 @@ const ProtectionReason *findHazard(const Function &F);
 /// The first wish in the source of \p F against copies; null if there is none.
 const ProtectionReason *findWish(const Function &F);
 
+/// The local variables of \p F in memory, as far as their size is known
+/// (bytes).
+uint64_t getFrameSize(const Function &F);
+
 /// The wish not to inline \p F, at the function or at a call of it.
 bool isNotToBeInlined(const Function &F);
 
