@@ -10,6 +10,7 @@
 #include "Verdict.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/ScopeExit.h"
+#include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/IR/Dominators.h"
@@ -28,16 +29,16 @@ static cl::opt<bool> AutoOption(
              "pass refuses, where that pays"));
 
 static cl::opt<unsigned>
-    MaxCopies("inlinerecursion-auto-copies", cl::init(7), cl::Hidden,
+    MaxCopies("inlinerecursion-auto-copies", cl::init(9), cl::Hidden,
               cl::desc("Most copies in a ring that nobody asked for (copies)"));
 
 static cl::opt<unsigned> MaxFunctionGrowth(
-    "inlinerecursion-auto-function-growth", cl::init(550), cl::Hidden,
+    "inlinerecursion-auto-function-growth", cl::init(900), cl::Hidden,
     cl::desc("Most code that such a ring adds for one function "
              "(instructions)"));
 
 static cl::opt<unsigned> MaxModuleGrowth(
-    "inlinerecursion-auto-module-growth", cl::init(2000), cl::Hidden,
+    "inlinerecursion-auto-module-growth", cl::init(1500), cl::Hidden,
     cl::desc("Most code that such rings add to a module, if its share of the "
              "module is not larger (instructions)"));
 
@@ -46,7 +47,19 @@ static cl::opt<unsigned> ModuleShare(
     cl::desc("Most code that such rings add to a large module (percent of its "
              "instructions)"));
 
+static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
+static constexpr StringLiteral SeenMark = "inlinerecursion-seen";
+
 bool llvm::inlinerecursion::isAutoEnabled() { return AutoOption; }
+
+bool llvm::inlinerecursion::isSeenByAuto(const Function &F) {
+  return F.hasFnAttribute(SeenMark);
+}
+
+void llvm::inlinerecursion::forgetSeen(Module &M) {
+  for (Function &F : M)
+    F.removeFnAttr(SeenMark);
+}
 
 AutoLimits::AutoLimits()
     : Copies(MaxCopies), FunctionGrowth(MaxFunctionGrowth),
@@ -95,47 +108,53 @@ static void setInlined(Function &F, bool Inlined) {
   F.addFnAttr(Inlined ? Attribute::AlwaysInline : Attribute::NoInline);
 }
 
-/// Builds what \p Plan says of \p F.
-static void buildRing(Function &F, const RecursionPlan &Plan,
-                      InlineRecursion &Driver) {
+/// Builds what \p Plan says of \p F.  Returns the functions that were there
+/// before and call something else now.
+static SmallPtrSet<Function *, 8>
+buildRing(Function &F, const RecursionPlan &Plan, InlineRecursion &Driver) {
+  // The driver leads plain calls from outside to the first copy.
+  SmallPtrSet<Function *, 8> Changed = {&F};
+  for (User *U : F.users())
+    if (auto *Call = dyn_cast<CallBase>(U))
+      Changed.insert(Call->getFunction());
   const SmallVector<Function *, 4> Copies = buildCopies(F, Plan.Copies, Driver);
   Function &Head = *Copies.front();
   Function &Entry = Plan.Guard ? buildGuard(F, *Plan.Guard, Head) : Head;
   for (size_t K = 0; K != Copies.size(); ++K)
     linkCopy(F, Copies, K, Plan.Staggered, Entry);
 
-  // The driver has led plain calls from outside to the first copy.
-  auto IsMember = [&](const Function *Caller) {
-    return Caller == &F || is_contained(Copies, Caller);
-  };
-  for (Function *Entered : {&F, &Head})
-    for (Use &U : make_early_inc_range(Entered->uses())) {
-      auto *Call = dyn_cast<CallBase>(U.getUser());
-      if (!Call || !Call->isCallee(&U) ||
-          Call->getCalledFunction() != Entered || Call->getFunction() == &Entry)
-        continue;
-      const bool ByFunction =
-          Plan.EnteredByFunction && !IsMember(Call->getFunction());
-      Call->setCalledFunction(ByFunction ? &F : &Entry);
-    }
-  if (Plan.Guard)
-    removeGuard(Head, F, *Plan.Guard);
-
   for (Function *Copy : Copies)
     setInlined(*Copy, Copy != &Head);
-  if (Plan.Guard)
-    setInlined(Entry, true);
+  if (!Plan.Guard) {
+    redirectCalls(F, Head, F);
+    return Changed;
+  }
+
+  // What is left of the function is for the inliner to judge, so those who
+  // call from outside call it again.
+  for (Function *Caller : Changed)
+    redirectCalls(Head, F, *Caller);
+  removeGuard(Head, F, *Plan.Guard);
+  reduceToGuard(F, *Plan.Guard, Head);
+  setInlined(Entry, true);
+  return Changed;
 }
 
 namespace {
 /// What the module may still grow by (instructions).
 class GrowthBudget {
 public:
-  GrowthBudget(const Module &M, unsigned Least) {
+  /// \p CountCopies: copies that are there have taken their part.
+  GrowthBudget(const Module &M, unsigned Least, bool CountCopies) {
     uint64_t Size = 0;
-    for (const Function &F : M)
-      Size += getCodeSize(F);
+    for (const Function &F : M) {
+      const unsigned FunctionSize = getCodeSize(F);
+      Size += FunctionSize;
+      if (CountCopies && F.hasFnAttribute(CloneMark))
+        Used += FunctionSize;
+    }
     Limit = std::max<uint64_t>(Least, Size * ModuleShare / 100);
+    Used = std::min(Used, Limit);
   }
 
   bool take(unsigned Growth) {
@@ -194,16 +213,23 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
   Driver.GetDT = GetDT;
 
   SmallVector<Function *, 8> Candidates;
-  for (Function &F : M)
-    if (!F.isDeclaration() && Driver.isLegalToInlineRecursion(&F) &&
-        isDirectlyRecursive(F))
+  for (Function &F : M) {
+    if (F.isDeclaration() || !isDirectlyRecursive(F))
+      continue;
+    if (Where == BehindInliner && isSeenByAuto(F))
+      continue;
+    if (Driver.isLegalToInlineRecursion(&F))
       Candidates.push_back(&F);
+    if (Where == BeforeInliner)
+      F.addFnAttr(SeenMark);
+  }
   if (Candidates.empty())
     return PreservedAnalyses::all();
 
   const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth};
   const bool TellUser = areRemarksEnabled(M);
-  GrowthBudget Budget(M, Limits.ModuleGrowth);
+  GrowthBudget Budget(M, Limits.ModuleGrowth,
+                      /*CountCopies=*/Where == BehindInliner);
   bool Changed = false;
   for (Function *F : Candidates) {
     if (AutoPolicy(*F, FAM).wantsLoopsFirst()) {
@@ -213,17 +239,31 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
     const RecursionPlan Plan = planWithin(*F, FAM, Bounds, Budget);
     if (TellUser)
       emitRemark(*F, Plan.Decision);
+    if (Plan.LacksTest)
+      F->removeFnAttr(SeenMark);
     if (Plan.Kind == RecursionPlan::Nothing)
       continue;
-    buildRing(*F, Plan, Driver);
+    for (Function *User : buildRing(*F, Plan, Driver))
+      FAM.invalidate(*User, PreservedAnalyses::none());
     Changed = true;
   }
-  return Changed ? PreservedAnalyses::none() : PreservedAnalyses::all();
+  if (!Changed)
+    return PreservedAnalyses::all();
+  // Of all other functions the analyses stay.
+  PreservedAnalyses PA;
+  PA.preserve<FunctionAnalysisManagerModuleProxy>();
+  PA.preserveSet<AllAnalysesOn<Function>>();
+  return PA;
+}
+
+raw_ostream &llvm::inlinerecursion::operator<<(raw_ostream &OS,
+                                               const AutoLimits &Limits) {
+  return OS << "copies=" << Limits.Copies
+            << ";function-growth=" << Limits.FunctionGrowth
+            << ";module-growth=" << Limits.ModuleGrowth;
 }
 
 void AutoPass::printPipeline(raw_ostream &OS,
                              function_ref<StringRef(StringRef)>) {
-  OS << "inlinerecursion-auto<copies=" << Limits.Copies
-     << ";function-growth=" << Limits.FunctionGrowth
-     << ";module-growth=" << Limits.ModuleGrowth << ">";
+  OS << "inlinerecursion-auto<" << Limits << ">";
 }

@@ -8,9 +8,10 @@
 ///   caller            caller
 ///     |                 |
 ///     v                 v
-///     F <-+             guard <-----------------------+   (alwaysinline)
-///     |   |             |                             |
-///     +---+             v                             |
+///     F <-+             F: the guard alone
+///     |   |             |
+///     +---+             |      F.recurse.guard <------+   (alwaysinline)
+///                       v      v                      |
 ///                       F.recurse.clone               |   (noinline)
 ///                       |          |                  |
 ///                       v          |                  |
@@ -22,17 +23,22 @@
 ///
 /// All copies but the first are inlined, so one fused function is left.  Unlike
 /// the rings that are requested, it is not inlined into those who enter it.
-/// The function itself keeps its body, for whoever calls it by other means or
-/// where there are many who do, and enters the ring as everybody else.
-/// `invoke`, which the pass leaves alone, is linked like `call`.
+/// Of the function itself its first test is left and a call of the ring.  That
+/// is little, and the inliner merges it into those who call where that pays.
+/// Where there is no such test, the function keeps its body and enters the
+/// ring, as those do who call it.  `invoke`, which the pass leaves alone, is
+/// linked like `call`.
 ///
 /// Legality is what the pass goes by: protection (Protection.h) hides from the
 /// driver what must not be copied, and lasts until behind this pass.
 ///
 /// Growth is bounded for each function, and for the module by the larger of an
 /// absolute number, which is what makes a small program fast, and a share of
-/// its size.  Below -O3 the number is a sixteenth: the time that a compilation
+/// its size.  Below -O3 the number is a twelfth: the time that a compilation
 /// takes grows as the code does.
+///
+/// Before the inliner the pass looks at every recursion that is there.  It runs
+/// once more behind it (BehindInliner.h), on what calls itself only since then.
 ///
 //===----------------------------------------------------------------------===//
 
@@ -42,6 +48,9 @@
 #include "llvm/IR/PassManager.h"
 
 namespace llvm {
+
+class Function;
+
 namespace inlinerecursion {
 
 /// How far a run may go; by default, what the options say.
@@ -58,9 +67,21 @@ struct AutoLimits {
 /// Is `inlinerecursion-auto` given on the command line, or left at true?
 bool isAutoEnabled();
 
+/// As parameters of a pass.
+raw_ostream &operator<<(raw_ostream &OS, const AutoLimits &Limits);
+
+/// Was \p F recursive when a run of AutoPass before the inliner looked at it?
+bool isSeenByAuto(const Function &F);
+
+/// Takes the marks of what was seen in \p M back.
+void forgetSeen(Module &M);
+
 class AutoPass : public PassInfoMixin<AutoPass> {
 public:
-  explicit AutoPass(AutoLimits Limits) : Limits(Limits) {}
+  enum Place { BeforeInliner, BehindInliner };
+
+  explicit AutoPass(AutoLimits Limits, Place Where = BeforeInliner)
+      : Limits(Limits), Where(Where) {}
 
   PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);
   void printPipeline(raw_ostream &OS,
@@ -69,6 +90,7 @@ public:
 
 private:
   AutoLimits Limits;
+  Place Where;
 };
 
 } // namespace inlinerecursion

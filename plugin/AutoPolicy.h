@@ -46,16 +46,17 @@ struct RecursionPlan {
   Shape Kind = Nothing;
   /// At least 2 unless Kind is Nothing.
   unsigned Copies = 0;
-  /// In front of the calls that close a ring, and of those that enter it.
+  /// In front of the calls that close a ring, and all that is left of the
+  /// function, which enters it.
   std::optional<EntryGuard> Guard;
   /// The second and later self calls of a body lead to the copy after the next.
   bool Staggered = false;
-  /// Calls from outside go to the function as before, which enters the ring.
-  /// Otherwise they enter it themselves, and the guard is inlined into each.
-  bool EnteredByFunction = false;
   /// What it adds to the module, once all copies are inlined that are to be
   /// (instructions).
   unsigned Growth = 0;
+  /// Nothing is built because no test stands in front of the self calls.  Once
+  /// other calls are inlined, one may.
+  bool LacksTest = false;
   /// The decision in words.
   Verdict Decision;
 

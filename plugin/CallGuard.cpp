@@ -125,6 +125,36 @@ llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize) {
   return Guard;
 }
 
+/// Calls \p Target where \p Last of \p F leads to \p Beyond, and returns what
+/// it does.
+static void callInstead(Function &F, BasicBlock &Last, BasicBlock &Beyond,
+                        Function &Target) {
+  BasicBlock *Onward = BasicBlock::Create(F.getContext(), "onward", &F);
+  IRBuilder<> Builder(Onward);
+  // A call of what may be inlined needs a location in a function that has some.
+  if (DISubprogram *SP = F.getSubprogram())
+    Builder.SetCurrentDebugLocation(
+        DILocation::get(F.getContext(), SP->getScopeLine(), 0, SP));
+  SmallVector<Value *, 8> Args;
+  for (Argument &A : F.args())
+    Args.push_back(&A);
+  CallInst *Call = Builder.CreateCall(&Target, Args);
+  Call->setCallingConv(Target.getCallingConv());
+  if (F.getReturnType()->isVoidTy())
+    Builder.CreateRetVoid();
+  else
+    Builder.CreateRet(Call);
+
+  Instruction *Terminator = Last.getTerminator();
+  for (unsigned I = 0; I != Terminator->getNumSuccessors(); ++I) {
+    if (Terminator->getSuccessor(I) != &Beyond)
+      continue;
+    Beyond.removePredecessor(&Last, /*KeepOneInputPHIs=*/true);
+    Terminator->setSuccessor(I, Onward);
+  }
+  removeUnreachableBlocks(F);
+}
+
 Function &llvm::inlinerecursion::buildGuard(Function &F,
                                             const EntryGuard &Guard,
                                             Function &Target) {
@@ -132,34 +162,14 @@ Function &llvm::inlinerecursion::buildGuard(Function &F,
   Function *NewF = CloneFunction(&F, VMap);
   NewF->setName(F.getName() + ".recurse.guard");
   NewF->setLinkage(GlobalValue::InternalLinkage);
-
-  BasicBlock *Onward = BasicBlock::Create(F.getContext(), "onward", NewF);
-  IRBuilder<> Builder(Onward);
-  // A call of what may be inlined needs a location in a function that has some.
-  if (DISubprogram *SP = NewF->getSubprogram())
-    Builder.SetCurrentDebugLocation(
-        DILocation::get(F.getContext(), SP->getScopeLine(), 0, SP));
-  SmallVector<Value *, 8> Args;
-  for (Argument &A : NewF->args())
-    Args.push_back(&A);
-  CallInst *Call = Builder.CreateCall(&Target, Args);
-  Call->setCallingConv(Target.getCallingConv());
-  if (NewF->getReturnType()->isVoidTy())
-    Builder.CreateRetVoid();
-  else
-    Builder.CreateRet(Call);
-
-  auto *Last = cast<BasicBlock>(VMap[Guard.Blocks.back()]);
-  auto *Beyond = cast<BasicBlock>(VMap[Guard.Beyond]);
-  Instruction *Terminator = Last->getTerminator();
-  for (unsigned I = 0; I != Terminator->getNumSuccessors(); ++I) {
-    if (Terminator->getSuccessor(I) != Beyond)
-      continue;
-    Beyond->removePredecessor(Last, /*KeepOneInputPHIs=*/true);
-    Terminator->setSuccessor(I, Onward);
-  }
-  removeUnreachableBlocks(*NewF);
+  callInstead(*NewF, *cast<BasicBlock>(VMap[Guard.Blocks.back()]),
+              *cast<BasicBlock>(VMap[Guard.Beyond]), Target);
   return *NewF;
+}
+
+void llvm::inlinerecursion::reduceToGuard(Function &F, const EntryGuard &Guard,
+                                          Function &Target) {
+  callInstead(F, *Guard.Blocks.back(), *Guard.Beyond, Target);
 }
 
 void llvm::inlinerecursion::removeGuard(Function &Copy, const Function &F,

@@ -59,6 +59,10 @@ std::optional<EntryGuard> findEntryGuard(Function &F, unsigned MaxSize);
 /// what it does, which has no variable arguments.
 Function &buildGuard(Function &F, const EntryGuard &Guard, Function &Target);
 
+/// Leaves nothing of \p F but \p Guard, which is its own, and a call of
+/// \p Target beyond it; else as above.
+void reduceToGuard(Function &F, const EntryGuard &Guard, Function &Target);
+
 /// Takes \p Guard, which is \p F's, out of \p Copy, an unchanged copy of \p F
 /// but for its callees that is called from behind the guard only.  Does nothing
 /// if the guard is tested again later on, in a loop.

@@ -3,7 +3,9 @@
 #include "Pipeline.h"
 #include "../pass/InlineRecursion.h"
 #include "Auto.h"
+#include "BehindInliner.h"
 #include "CallRepair.h"
+#include "EarlySums.h"
 #include "LoopHints.h"
 #include "ObservedRun.h"
 #include "Printer.h"
@@ -25,6 +27,9 @@ static constexpr StringLiteral PassName = "inlinerecursion";
 static constexpr StringLiteral PrinterName = "print<inlinerecursion>";
 static constexpr StringLiteral RequestsName = "inlinerecursion-requests";
 static constexpr StringLiteral AutoName = "inlinerecursion-auto";
+static constexpr StringLiteral BehindInlinerName =
+    "inlinerecursion-behind-inliner";
+static constexpr StringLiteral EarlySumsName = "inlinerecursion-early-sums";
 static constexpr StringLiteral ChainLoopsName = "inlinerecursion-chain-loops";
 static constexpr StringLiteral ProtectionName = "inlinerecursion-protect";
 static constexpr StringLiteral CallRepairName = "inlinerecursion-repair";
@@ -159,9 +164,19 @@ llvm::inlinerecursion::parsePassParameters(StringRef Text,
 }
 
 /// Code below -O3 is not to grow as much for the sake of speed.
-static constexpr unsigned ShareBelowO3 = 16;
+static constexpr unsigned ShareBelowO3 = 12;
 
-/// The whole way of a module through the plugin.
+/// The parameters of a default pipeline, from the options.
+static PassParameters getDefaultParameters(OptimizationLevel Level) {
+  PassParameters Parameters;
+  if (Level != OptimizationLevel::O3) {
+    Parameters.Limits.FunctionGrowth /= ShareBelowO3;
+    Parameters.Limits.ModuleGrowth /= ShareBelowO3;
+  }
+  return Parameters;
+}
+
+/// The whole way of a module through the plugin, up to the inliner.
 static void addPipeline(ModulePassManager &MPM,
                         const PassParameters &Parameters) {
   MPM.addPass(PromotionPass());
@@ -243,6 +258,13 @@ static ArrayRef<NamedPass> getNamedPasses() {
        [](ModulePassManager &MPM, const PassParameters &Parameters) {
          MPM.addPass(AutoPass(Parameters.Limits));
        }},
+      {BehindInlinerName,
+       BehindInlinerPass::name(),
+       {/*Level=*/false, /*FindRequests=*/false, /*Auto=*/false,
+        /*Limits=*/true},
+       [](ModulePassManager &MPM, const PassParameters &Parameters) {
+         MPM.addPass(BehindInlinerPass(Parameters.Limits));
+       }},
       {PipelineName,
        "",
        {/*Level=*/true, /*FindRequests=*/true, /*Auto=*/true, /*Limits=*/true},
@@ -282,6 +304,7 @@ void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
         PIC->addClassToPassName(Pass.ClassName, Pass.Name);
     PIC->addClassToPassName(LoopHintsPass::name(), LoopHintsName);
     PIC->addClassToPassName(CutRecurrencesPass::name(), CutRecurrencesName);
+    PIC->addClassToPassName(EarlySumsPass::name(), EarlySumsName);
   }
 
   PB.registerPipelineParsingCallback(
@@ -300,31 +323,40 @@ void llvm::inlinerecursion::registerPipeline(PassBuilder &PB) {
   PB.registerPipelineParsingCallback(
       [](StringRef Name, FunctionPassManager &FPM,
          ArrayRef<PassBuilder::PipelineElement>) {
-        if (Name != CutRecurrencesName)
+        if (Name == CutRecurrencesName)
+          FPM.addPass(CutRecurrencesPass());
+        else if (Name == EarlySumsName)
+          FPM.addPass(EarlySumsPass());
+        else
           return false;
-        FPM.addPass(CutRecurrencesPass());
         return true;
       });
 
   // After SROA, so that the counts describe SSA form, and directly before the
   // inliner.  Nothing at O0, where the user wants to see his functions.
   auto AddAboveO0 = [](ModulePassManager &MPM, OptimizationLevel Level) {
-    if (Level == OptimizationLevel::O0)
-      return;
-    PassParameters Parameters;
-    if (Level != OptimizationLevel::O3)
-      Parameters.Limits.ModuleGrowth /= ShareBelowO3;
-    addPipeline(MPM, Parameters);
+    if (Level != OptimizationLevel::O0)
+      addPipeline(MPM, getDefaultParameters(Level));
   };
   PB.registerPipelineEarlySimplificationEPCallback(AddAboveO0);
+  PB.registerOptimizerEarlyEPCallback(
+      [](ModulePassManager &MPM, OptimizationLevel Level) {
+        const PassParameters Parameters = getDefaultParameters(Level);
+        if (Level != OptimizationLevel::O0 && Parameters.Auto)
+          MPM.addPass(BehindInlinerPass(Parameters.Limits, Level));
+      });
   PB.registerLateLoopOptimizationsEPCallback(
       [](LoopPassManager &LPM, OptimizationLevel) {
         LPM.addPass(LoopHintsPass());
       });
   PB.registerOptimizerLastEPCallback(
       [](ModulePassManager &MPM, OptimizationLevel Level) {
-        if (Level != OptimizationLevel::O0)
-          MPM.addPass(createModuleToFunctionPassAdaptor(CutRecurrencesPass()));
+        if (Level == OptimizationLevel::O0)
+          return;
+        FunctionPassManager FPM;
+        FPM.addPass(CutRecurrencesPass());
+        FPM.addPass(EarlySumsPass());
+        MPM.addPass(createModuleToFunctionPassAdaptor(std::move(FPM)));
       });
   // Full LTO has an inliner of its own, over calls between files.
   PB.registerFullLinkTimeOptimizationEarlyEPCallback(AddAboveO0);

@@ -3,6 +3,7 @@
 #include "Promotion.h"
 #include "Verdict.h"
 #include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/CGSCCPassManager.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
@@ -22,16 +23,51 @@ static bool mayBePromoted(const Function &F) {
          isDirectlyRecursive(F);
 }
 
+namespace {
+/// Runs passes on the components of the call graph that a function which may be
+/// promoted is in.  All others it leaves alone: that is nearly all of a module.
+class PromotablePass : public PassInfoMixin<PromotablePass> {
+public:
+  PreservedAnalyses run(LazyCallGraph::SCC &C, CGSCCAnalysisManager &CGAM,
+                        LazyCallGraph &CG, CGSCCUpdateResult &UR) {
+    if (none_of(C, [](LazyCallGraph::Node &N) {
+          return mayBePromoted(N.getFunction());
+        }))
+      return PreservedAnalyses::all();
+    CGSCCPassManager Promote;
+    Promote.addPass(PostOrderFunctionAttrsPass());
+    Promote.addPass(ArgumentPromotionPass());
+    return Promote.run(C, CGAM, CG, UR);
+  }
+  static StringRef name() { return "InlineRecursionPromotablePassAdaptor"; }
+};
+} // namespace
+
 PreservedAnalyses PromotionPass::run(Module &M, ModuleAnalysisManager &MAM) {
-  if (none_of(M, mayBePromoted))
+  SmallVector<std::pair<std::string, const FunctionType *>, 4> Promotable;
+  for (const Function &F : M)
+    if (mayBePromoted(F))
+      Promotable.emplace_back(F.getName().str(), F.getFunctionType());
+  if (Promotable.empty())
     return PreservedAnalyses::all();
 
-  CGSCCPassManager PerSCC;
-  PerSCC.addPass(PostOrderFunctionAttrsPass());
-  PerSCC.addPass(ArgumentPromotionPass());
   ModulePassManager Promote;
-  Promote.addPass(createModuleToPostOrderCGSCCPassAdaptor(std::move(PerSCC)));
-  Promote.addPass(
-      createModuleToFunctionPassAdaptor(SROAPass(SROAOptions::ModifyCFG)));
-  return Promote.run(M, MAM);
+  Promote.addPass(createModuleToPostOrderCGSCCPassAdaptor(PromotablePass()));
+  PreservedAnalyses PA = Promote.run(M, MAM);
+
+  // Variables of those who call, and of the function itself, that were in
+  // memory only because their address was passed on.
+  SmallPtrSet<Function *, 8> Callers;
+  for (const auto &[Name, OldType] : Promotable) {
+    const Function *F = M.getFunction(Name);
+    if (!F || F->getFunctionType() == OldType)
+      continue;
+    for (const User *U : F->users())
+      if (const auto *Call = dyn_cast<CallBase>(U))
+        Callers.insert(const_cast<Function *>(Call->getFunction()));
+  }
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  for (Function *Caller : Callers)
+    FAM.invalidate(*Caller, SROAPass(SROAOptions::ModifyCFG).run(*Caller, FAM));
+  return PA;
 }

@@ -69,6 +69,18 @@ static void markAnnotated(Module &M) {
   }
 }
 
+/// Would the ring be entered with a constant anywhere?
+static bool hasConstantEntry(const Function &F) {
+  return any_of(F.users(), [&F](const User *U) {
+    const auto *Call = dyn_cast<CallInst>(U);
+    return Call && Call->getCalledFunction() == &F &&
+           Call->getFunction() != &F &&
+           any_of(Call->args(), [](const Use &Arg) {
+             return isa<Constant>(Arg) && !isa<UndefValue>(Arg);
+           });
+  });
+}
+
 /// Where a loop of few trips stands around a self call, a ring is a gamble: a
 /// knight's tour was a sixth faster on one machine and a quarter slower on
 /// another.  That is for the user to ask for.
@@ -78,6 +90,13 @@ static bool isCalledInShortLoop(Function &F, FunctionAnalysisManager &FAM) {
   return any_of(findSelfCalls(F), [&](const CallBase *Call) {
     return isInShortLoop(*Call, LI, SE);
   });
+}
+
+/// Without a constant start, only the remainder is known in each copy.  With
+/// two self calls, a puzzle gained a tenth by that at one start and lost a
+/// seventh at another.
+static bool isOpenWithSeveralCalls(Function &F) {
+  return findSelfCalls(F).size() > 1 && !hasConstantEntry(F);
 }
 
 /// Asks the gate itself about every directly recursive function.
@@ -101,7 +120,7 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
     if (!Driver.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
         !isDirectlyRecursive(F) || findWish(F))
       continue;
-    if (isCalledInShortLoop(F, FAM))
+    if (isOpenWithSeveralCalls(F) || isCalledInShortLoop(F, FAM))
       continue;
     F.addFnAttr(Request, FoundRequest);
     // The gate marks what it accepts; that is for the pass to say.
@@ -110,18 +129,6 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
     else
       F.removeFnAttr(Request);
   }
-}
-
-/// Would the ring be entered with a constant anywhere?
-static bool hasConstantEntry(const Function &F) {
-  return any_of(F.users(), [&F](const User *U) {
-    const auto *Call = dyn_cast<CallInst>(U);
-    return Call && Call->getCalledFunction() == &F &&
-           Call->getFunction() != &F &&
-           any_of(Call->args(), [](const Use &Arg) {
-             return isa<Constant>(Arg) && !isa<UndefValue>(Arg);
-           });
-  });
 }
 
 /// Why a ring of \p F, which requests one, is not built; none if it is.

@@ -9,7 +9,8 @@
 /// records in the global `llvm.global.annotations`; the record stays as it is.
 /// Requests can also be found: directly recursive functions that the pass would
 /// accept if they asked, unless the source wishes for no copies (see
-/// Protection.h) or a self call stands in a loop that the compiler unrolls. The
+/// Protection.h), a self call stands in a loop that the compiler unrolls, or
+/// there are several self calls and no constant enters from outside. The
 /// attribute's value tells the two apart.
 ///
 /// A request is withdrawn, with a remark, in two cases:

@@ -330,6 +330,127 @@ exit:
   EXPECT_EQ(Asked(Loop, {2, 550}).Plan.Copies, 2u);
 }
 
+/// A loop from the entry on, around f(value), as a tail call leaves it: over
+/// \p Carried, and back to the start with \p Next.
+std::string tailLoop(const std::string &Carried, const std::string &Next,
+                     const std::string &Before = "") {
+  return Prelude + std::string(R"(
+define i32 @f(i32 %n, i32 %k) {
+entry:
+)") + Before +
+         R"(
+  br label %head
+head:
+  %m = phi i32 [ %n, %entry ], [ %next, %body ]
+)" + Carried +
+         R"(
+  %none = icmp eq i32 %m, 0
+  br i1 %none, label %exit, label %body
+body:
+  %below = call i32 @pure(i32 %m)
+  %r = call i32 @f(i32 %below, i32 0)
+  store i32 %r, ptr @g
+)" + Next +
+         R"(
+  br label %head
+exit:
+  ret i32 %m
+}
+)";
+}
+
+TEST(AutoRingTest, MoreCopiesInATailLoopOfTwoValues) {
+  const AutoBounds Nine = {12, 900};
+  const std::string Sum = "  %s = phi i32 [ 0, %entry ], [ %r, %body ]\n";
+  const std::string Again = "  %next = add i32 %m, -1\n";
+  EXPECT_EQ(Asked(tailLoop("", Again), Nine).Plan.Copies, 9u);
+  EXPECT_EQ(Asked(tailLoop(Sum, Again), Nine).Plan.Copies, 9u);
+  // A third, in a PHI or as an argument that every copy has its own of.
+  EXPECT_EQ(
+      Asked(tailLoop(Sum + "  %t = phi i32 [ 0, %entry ], [ %s, %body ]\n",
+                     Again),
+            Nine)
+          .Plan.Copies,
+      3u);
+  EXPECT_EQ(
+      Asked(tailLoop(Sum, "  %next = sub i32 %m, %k\n"), Nine).Plan.Copies, 3u);
+  // A loop that something stands in front of is not all of the function.
+  EXPECT_EQ(
+      Asked(tailLoop(Sum, Again, "  %x = add i32 %n, 1\n"), Nine).Plan.Copies,
+      3u);
+}
+
+/// Calls for the left and the right part, each if \p Test of it holds.
+std::string walk(const std::string &Second, const std::string &Filler = "") {
+  return Prelude + std::string(R"(
+define void @f(ptr %p) {
+entry:
+  %l = load ptr, ptr %p
+  %none = icmp eq ptr %l, null
+  br i1 %none, label %middle, label %left
+left:
+  call void @f(ptr %l)
+  br label %middle
+middle:
+  store i32 1, ptr @g
+)") + Filler +
+         Second;
+}
+
+TEST(AutoRingTest, WithoutAGuardIfEachCallHasATestOfItsOwn) {
+  const std::string Tested = R"(
+  %rp = getelementptr ptr, ptr %p, i64 1
+  %r = load ptr, ptr %rp
+  %done = icmp eq ptr %r, null
+  br i1 %done, label %exit, label %right
+right:
+  call void @f(ptr %r)
+  store i32 2, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+)";
+  const Asked Walk(walk(Tested));
+  EXPECT_EQ(Walk.name(), "AutoRing");
+  EXPECT_FALSE(Walk.Plan.Guard);
+  EXPECT_TRUE(Walk.Plan.Staggered);
+  std::string Filler;
+  for (unsigned I = 0; I != 46; ++I)
+    Filler += "  store i32 3, ptr @g\n";
+  EXPECT_EQ(Asked(walk(Tested, Filler)).name(), "AutoRing");
+  EXPECT_EQ(Asked(walk(Tested, Filler + "  store i32 3, ptr @g\n")).name(),
+            "AutoNoTest");
+  // The second call is always made.
+  EXPECT_EQ(Asked(walk("  call void @f(ptr %l)\n"
+                       "  store i32 2, ptr @g\n  ret void\n}\n"))
+                .name(),
+            "AutoNoTest");
+}
+
+TEST(AutoRefusalTest, CallsThatExcludeEachOther) {
+  EXPECT_EQ(Asked(Prelude + std::string(R"(
+define void @f(i32 %n, ptr %p) {
+entry:
+  store i32 1, ptr @g
+  switch i32 %n, label %exit [ i32 1, label %a
+                               i32 2, label %b ]
+a:
+  call void @f(i32 2, ptr %p)
+  store i32 2, ptr @g
+  br label %exit
+b:
+  call void @f(i32 1, ptr %p)
+  store i32 3, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+)"))
+                .name(),
+            "AutoNoTest");
+}
+
 TEST(AutoRingTest, ALoopOfALeafIsNotInTheWay) {
   EXPECT_EQ(Asked(R"(
 define void @f(i32 %n, ptr %p) {

@@ -1,9 +1,10 @@
-; The guard is not forced into a caller that the inliner keeps apart, by call or invoke.
+; What is left of the function is not forced into a caller that the inliner keeps
+; apart, by call or invoke.
 ; RUN: %opt -passes='inlinerecursion-pipeline' -S %s | FileCheck %s
 
 ; CHECK-LABEL: define void @plain(
-; CHECK: call void @f.recurse.guard({{.*}} #[[NOINLINE:[0-9]+]]
-; CHECK: invoke void @f.recurse.guard({{.*}} #[[NOINLINE]]
+; CHECK: call void @f({{.*}} #[[NOINLINE:[0-9]+]]
+; CHECK: invoke void @f({{.*}} #[[NOINLINE]]
 ; CHECK: attributes #[[NOINLINE]] = { noinline }
 
 @g = external global i32

@@ -1,15 +1,17 @@
-; The ring of the automatic policy: everybody enters by the guard, the first copy
-; stays a function without that test, the others are inlined, and the second call
-; of a body skips a copy.  The function keeps its body for other files.
+; The ring of the automatic policy: of the function the guard is left, the first
+; copy stays a function without that test, the others are inlined, and the second
+; call of a body skips a copy.
 ; RUN: %opt -passes='inlinerecursion-auto<copies=3>' -S %s | FileCheck %s
 
 @g = external global i32
 
 ; CHECK-LABEL: define void @f(i32 %n)
 ; CHECK: icmp eq i32 %n, 0
-; CHECK: call void @f.recurse.guard(
-; CHECK: call void @f.recurse.guard(
-; CHECK: ret void
+; CHECK: br i1 %none, label %exit, label %onward
+; CHECK: onward:
+; CHECK-NEXT: call void @f.recurse.clone(i32 %n)
+; CHECK-NEXT: ret void
+; CHECK-NEXT: }
 define void @f(i32 %n) {
 entry:
   %none = icmp eq i32 %n, 0
@@ -26,8 +28,8 @@ exit:
 }
 
 ; CHECK-LABEL: define void @caller(
-; CHECK: call void @f.recurse.guard(
-; CHECK: invoke void @f.recurse.guard(
+; CHECK: call void @f(
+; CHECK: invoke void @f(
 define void @caller(i32 %n) personality ptr @personality {
   call void @f(i32 %n)
   invoke void @f(i32 %n) to label %done unwind label %pad

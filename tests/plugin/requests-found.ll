@@ -58,6 +58,30 @@ define i32 @not_to_grow(i32 %n) optsize {
   ret i32 %x
 }
 
+; Two self calls, and nothing known of where it starts.
+; CHECK: define i32 @open_with_two_calls(i32 %n) {
+define i32 @open_with_two_calls(i32 %n) {
+  %r = urem i32 %n, 4
+  %x = call i32 @open_with_two_calls(i32 %r)
+  %y = call i32 @open_with_two_calls(i32 %x)
+  ret i32 %y
+}
+define i32 @start_of_open(i32 %n) {
+  %x = call i32 @open_with_two_calls(i32 %n)
+  ret i32 %x
+}
+; FOUND: define i32 @two_calls(i32 %n) [[REQUESTED]] {
+define i32 @two_calls(i32 %n) {
+  %r = urem i32 %n, 4
+  %x = call i32 @two_calls(i32 %r)
+  %y = call i32 @two_calls(i32 %x)
+  ret i32 %y
+}
+define i32 @start_of_two() {
+  %x = call i32 @two_calls(i32 0)
+  ret i32 %x
+}
+
 ; FOUND-DAG: attributes [[REQUESTED]] = { "specialize-inline-recursion-function"="found" }
 ; CHECK-DAG: attributes [[NORECURSE]] = { norecurse }
 ; CHECK-DAG: attributes [[OPTSIZE]] = { optsize }

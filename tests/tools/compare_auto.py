@@ -83,7 +83,8 @@ def main():
     compiler = [args.clang, "-w"]
     plugin = [f"-fpass-plugin={args.plugin}", "-Xclang", "-load", "-Xclang",
               args.plugin, "-Rpass=inlinerecursion",
-              # Below -O3 the policy has a sixteenth of this.
+              # Below -O3 the policy has a twelfth of these.
+              "-mllvm", "-inlinerecursion-auto-function-growth=10800",
               "-mllvm", "-inlinerecursion-auto-module-growth=64000"]
     for option in args.option:
         plugin += ["-mllvm", option]
