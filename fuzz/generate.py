@@ -206,6 +206,7 @@ class Function:
     fan: int = 0        # most self calls in an activation
     outside: int = 0    # most activations of others, per activation
     fuelled: bool = True
+    jumps: bool = False  # has a computed goto
 
     @property
     def activations(self):
@@ -515,7 +516,9 @@ class Generator:
                              "asm", "destructors") if self.has(k)]
         if not self.cxx:
             kinds = [k for k in kinds if k != "destructors"]
-        if f.method or (self.cxx and scope.objects):
+        # In C++, any computed goto may lead to any label, but not past an
+        # initialiser.
+        if f.method or (self.cxx and (scope.objects or f.jumps)):
             kinds = [k for k in kinds if k != "computed-goto"]
         if not kinds:
             lines.append(f"MIX({e});")
@@ -524,6 +527,7 @@ class Generator:
         if kind == "computed-goto":
             a, b, end, t = (self.name(p) for p in ("la", "lb", "le", "t"))
             const = "static void *const" if self.chance(0.5) else "void *"
+            f.jumps = True
             lines.append("{")
             lines.append(f"{const} {t}[2] = {{&&{a}, &&{b}}};")
             lines.append(f"goto *{t}[{e} & 1];")

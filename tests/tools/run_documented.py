@@ -24,8 +24,9 @@ An HTML comment on the line above a block, which readers do not see, changes tha
     <!-- check: numbers vary -->     any number stands for any other
     <!-- check: exits with N -->     so does its last command
 
-Without a DOCUMENT: README.md, docs/*.md and every README.md below examples/. Prints one line per document, every skipped command, and the difference
-for every command at fault. With --update, what such a command printed takes the place
+Without a DOCUMENT: README.md, docs/*.md, fuzz/README.md and every README.md below
+examples/. Prints one line per document, every skipped command, and the difference for
+every command at fault. With --update, what such a command printed takes the place
 of what the document shows. Exit status: 1 if a command is at fault, 2 on bad input.
 """
 
@@ -38,7 +39,7 @@ import sys
 from dataclasses import dataclass, field
 from pathlib import Path
 
-PATTERNS = ["README.md", "docs/*.md", "examples/**/README.md"]
+PATTERNS = ["README.md", "docs/*.md", "examples/**/README.md", "fuzz/README.md"]
 # Printed by the shell between two commands, with the exit status of the first.
 MARK = "=== documented command ended with status"
 # For one document. All together take well below a minute on an idle machine.
