@@ -76,9 +76,9 @@ static void redirectCalls(Function &From, Function &To,
   }
 }
 
-/// Has the driver build \p Count copies of \p F, linked as a ring.
-static SmallVector<Function *, 4> buildCopies(Function &F, unsigned Count,
-                                              InlineRecursion &Driver) {
+/// Has the driver build \p Count copies of \p F, linked as a ring or a chain.
+static SmallVector<Function *, 4>
+buildCopies(Function &F, unsigned Count, bool AsRing, InlineRecursion &Driver) {
   static constexpr StringLiteral DepthOption = "inline-recursion-depth";
   auto RestoreDepth = make_scope_exit([Depth = getPassOption(DepthOption)] {
     setPassOption(DepthOption, Depth);
@@ -87,7 +87,7 @@ static SmallVector<Function *, 4> buildCopies(Function &F, unsigned Count,
   SmallVector<Function *, 4> Copies;
   for (unsigned Level = 0; Level != Count; ++Level)
     Driver.transformInlineRecursion(&F, Level, Copies,
-                                    /*SpecializeAllowed=*/true);
+                                    /*SpecializeAllowed=*/AsRing);
   return Copies;
 }
 
@@ -108,16 +108,12 @@ static void setInlined(Function &F, bool Inlined) {
   F.addFnAttr(Inlined ? Attribute::AlwaysInline : Attribute::NoInline);
 }
 
-/// Builds what \p Plan says of \p F.  Returns the functions that were there
-/// before and call something else now.
-static SmallPtrSet<Function *, 8>
-buildRing(Function &F, const RecursionPlan &Plan, InlineRecursion &Driver) {
-  // The driver leads plain calls from outside to the first copy.
-  SmallPtrSet<Function *, 8> Changed = {&F};
-  for (User *U : F.users())
-    if (auto *Call = dyn_cast<CallBase>(U))
-      Changed.insert(Call->getFunction());
-  const SmallVector<Function *, 4> Copies = buildCopies(F, Plan.Copies, Driver);
+/// Builds the ring that \p Plan says of \p F, which \p Callers call.
+static void buildRing(Function &F, const RecursionPlan &Plan,
+                      InlineRecursion &Driver,
+                      const SmallPtrSetImpl<Function *> &Callers) {
+  const SmallVector<Function *, 4> Copies =
+      buildCopies(F, Plan.Copies, /*AsRing=*/true, Driver);
   Function &Head = *Copies.front();
   Function &Entry = Plan.Guard ? buildGuard(F, *Plan.Guard, Head) : Head;
   for (size_t K = 0; K != Copies.size(); ++K)
@@ -127,17 +123,33 @@ buildRing(Function &F, const RecursionPlan &Plan, InlineRecursion &Driver) {
     setInlined(*Copy, Copy != &Head);
   if (!Plan.Guard) {
     redirectCalls(F, Head, F);
-    return Changed;
+    return;
   }
 
   // What is left of the function is for the inliner to judge, so those who
   // call from outside call it again.
-  for (Function *Caller : Changed)
+  for (Function *Caller : Callers)
     redirectCalls(Head, F, *Caller);
   removeGuard(Head, F, *Plan.Guard);
   reduceToGuard(F, *Plan.Guard, Head);
   setInlined(Entry, true);
-  return Changed;
+}
+
+/// Builds what \p Plan says of \p F.  Returns the functions that were there
+/// before and call something else now.
+static SmallPtrSet<Function *, 8> build(Function &F, const RecursionPlan &Plan,
+                                        InlineRecursion &Driver) {
+  // The driver leads plain calls from outside to the first copy.
+  SmallPtrSet<Function *, 8> Callers = {&F};
+  for (User *U : F.users())
+    if (auto *Call = dyn_cast<CallBase>(U))
+      Callers.insert(Call->getFunction());
+  if (Plan.Kind == RecursionPlan::Ring)
+    buildRing(F, Plan, Driver, Callers);
+  else
+    for (Function *Copy : buildCopies(F, Plan.Copies, /*AsRing=*/false, Driver))
+      setInlined(*Copy, true);
+  return Callers;
 }
 
 namespace {
@@ -226,7 +238,8 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
   if (Candidates.empty())
     return PreservedAnalyses::all();
 
-  const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth};
+  const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth,
+                             /*MayChain=*/Where == BeforeInliner};
   const bool TellUser = areRemarksEnabled(M);
   GrowthBudget Budget(M, Limits.ModuleGrowth,
                       /*CountCopies=*/Where == BehindInliner);
@@ -243,7 +256,7 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
       F->removeFnAttr(SeenMark);
     if (Plan.Kind == RecursionPlan::Nothing)
       continue;
-    for (Function *User : buildRing(*F, Plan, Driver))
+    for (Function *User : build(*F, Plan, Driver))
       FAM.invalidate(*User, PreservedAnalyses::none());
     Changed = true;
   }

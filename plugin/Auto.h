@@ -29,13 +29,15 @@
 /// ring, as those do who call it.  `invoke`, which the pass leaves alone, is
 /// linked like `call`.
 ///
+/// A chain, where the policy says so, is what the pass builds at level 0.
+///
 /// Legality is what the pass goes by: protection (Protection.h) hides from the
 /// driver what must not be copied, and lasts until behind this pass.
 ///
 /// Growth is bounded for each function, and for the module by the larger of an
 /// absolute number, which is what makes a small program fast, and a share of
-/// its size.  Below -O3 the number is a twelfth: the time that a compilation
-/// takes grows as the code does.
+/// its size.  Below -O3 the two numbers are a twelfth: the time that a
+/// compilation takes grows as the code does.
 ///
 /// Before the inliner the pass looks at every recursion that is there.  It runs
 /// once more behind it (BehindInliner.h), on what calls itself only since then.

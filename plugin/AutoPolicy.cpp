@@ -5,6 +5,7 @@
 #include "../host/RecursionDepthEstimator.h"
 #include "Protection.h"
 #include "SelfCalls.h"
+#include "Verdict.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/CFG.h"
@@ -342,6 +343,56 @@ static std::optional<Verdict> findRisk(unsigned BodySize,
   return std::nullopt;
 }
 
+/// The number of activations that the calls from outside lead to, through
+/// whichever of \p Calls; none if it is not known of all of them.
+static std::optional<unsigned>
+findKnownDepth(RecursionDepthEstimator &Estimator, ArrayRef<CallBase *> Calls) {
+  // It answers for plain calls only.
+  if (Estimator.getCallSites().size() != Calls.size())
+    return std::nullopt;
+  unsigned Depth = 0;
+  for (CallInst *Call : Estimator.getCallSites()) {
+    const auto *Deepest = dyn_cast_or_null<SCEVConstant>(
+        Estimator.identifyRecursionDepthForCallSite(Call).second);
+    if (!Deepest)
+      return std::nullopt;
+    Depth = std::max<unsigned>(Depth, Deepest->getAPInt().getZExtValue());
+  }
+  return Depth;
+}
+
+/// The chain that follows \p F to its known depth, if it fits into \p Bounds at
+/// every call from outside.
+static std::optional<RecursionPlan>
+planChain(Function &F, ArrayRef<CallBase *> Calls,
+          RecursionDepthEstimator &Estimator, const AutoBounds &Bounds) {
+  const std::optional<unsigned> Depth = findKnownDepth(Estimator, Calls);
+  if (!Depth || *Depth > getPassOption("default-recursion-depth-threshold"))
+    return std::nullopt;
+  // The last activation, which a test turns away, folds to next to nothing.
+  const FusedSize Size = estimateFusedSize(getCodeSize(F), Calls.size(),
+                                           /*GuardSize=*/1, *Depth - 1,
+                                           /*Staggered=*/false);
+  const unsigned Entries = count_if(F.users(), [&F](const User *U) {
+    const auto *Call = dyn_cast<CallInst>(U);
+    return Call && Call->getCalledFunction() == &F && Call->getFunction() != &F;
+  });
+  const uint64_t Growth = Entries * Size.Instructions;
+  if (Growth > Bounds.FunctionGrowth ||
+      Size.Bodies * getFrameSize(F) > MaxFusedFrame)
+    return std::nullopt;
+  RecursionPlan Plan(Verdict(true, "AutoChain"));
+  Plan.Kind = RecursionPlan::Chain;
+  Plan.Copies = *Depth;
+  Plan.Growth = Growth;
+  Plan.Decision << NV("Shape", "chain") << " of " << NV("Copies", Plan.Copies)
+                << (Plan.Copies == 1 ? " copy" : " copies")
+                << " by the automatic policy, entered with constants, growing "
+                   "by at most "
+                << NV("Growth", Plan.Growth) << " instructions";
+  return Plan;
+}
+
 RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   if (std::optional<Verdict> Obstacle = findObstacle(F))
     return RecursionPlan(*Obstacle);
@@ -363,9 +414,12 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
     return RecursionPlan(*Reason);
   auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
   RecursionDepthEstimator Estimator(&F, &SE, &DT);
-  Estimator.canEstimateRecursionDepth();
+  const bool MayBeKnown = Estimator.canEstimateRecursionDepth();
   if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
     return RecursionPlan(refuse("AutoDeclined") << Reason);
+  if (MayBeKnown && Bounds.MayChain)
+    if (auto Plan = planChain(F, Calls, Estimator, Bounds))
+      return *Plan;
 
   const unsigned BodySize = getCodeSize(F);
   const uint64_t FrameSize = getFrameSize(F);

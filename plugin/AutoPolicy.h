@@ -2,10 +2,15 @@
 //
 /// \file
 /// The pass takes one shape of recursion.  For what it refuses, this policy
-/// decides between nothing and a ring, and how many copies.  It reads and
-/// changes nothing; AutoPass builds what it says.
+/// decides between nothing, a chain and a ring, and how many copies.  It reads
+/// and changes nothing; AutoPass builds what it says.
 ///
-/// Four things make a ring pay, or not (figures: docs/what-it-tells.md):
+/// A chain is for a depth that follows from constants at the calls from
+/// outside, as at level 0, but of any number of arguments, self calls and calls
+/// from outside.  It leaves no call, so it needs to fit as a whole.
+///
+/// Otherwise a ring is asked for.  Four things make a ring pay, or not
+/// (figures: docs/what-it-tells.md):
 ///
 ///  - The test that ends the recursion is put in front of the calls that close
 ///    the ring (see CallGuard.h).  Without it, the copies of a fused body are
@@ -41,10 +46,11 @@ namespace inlinerecursion {
 
 /// What is to be built of one function.
 struct RecursionPlan {
-  enum Shape { Nothing, Ring };
+  /// A chain as the pass builds it at level 0, or a ring as in Auto.h.
+  enum Shape { Nothing, Chain, Ring };
 
   Shape Kind = Nothing;
-  /// At least 2 unless Kind is Nothing.
+  /// 0 for Nothing, at least 1 for a chain and 2 for a ring.
   unsigned Copies = 0;
   /// In front of the calls that close a ring, and all that is left of the
   /// function, which enters it.
@@ -70,6 +76,8 @@ struct AutoBounds {
   unsigned Copies;
   /// Most that one function grows by (instructions).
   unsigned FunctionGrowth;
+  /// Is an inliner to come that hands constants from copy to copy?
+  bool MayChain = false;
 };
 
 /// The decision about one function that calls itself and that the driver may

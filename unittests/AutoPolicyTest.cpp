@@ -273,6 +273,62 @@ TEST(LoopsFirstTest, AVariableInMemory) {
 // Rings
 //===----------------------------------------------------------------------===//
 
+/// hanoi(), entered from \p Outside.
+std::string entered(const std::string &Outside) {
+  return hanoi() + "define void @outside(i32 %n) {\n" + Outside +
+         "  ret void\n}\n";
+}
+
+const AutoBounds Chains = {7, 550, /*MayChain=*/true};
+const std::string EnteredWith3 =
+    "  call void @f(i32 3, i32 %n, i32 1, i32 2)\n";
+
+TEST(AutoChainTest, AsDeepAsKnown) {
+  const Asked A(entered(EnteredWith3), Chains);
+  EXPECT_EQ(A.name(), "AutoChain");
+  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
+  // For the disks 3, 2, 1, 0.
+  EXPECT_EQ(A.Plan.Copies, 4u);
+  // Bodies of 8, once, twice and four times, and 8 calls that do nothing.
+  EXPECT_EQ(A.Plan.Growth, 7 * 8u + 8);
+  EXPECT_FALSE(A.Plan.Guard);
+}
+
+TEST(AutoChainTest, TheDeepestEntryAndAllOfThemCount) {
+  const Asked A(
+      entered(EnteredWith3 + "  call void @f(i32 1, i32 %n, i32 %n, i32 %n)\n"),
+      Chains);
+  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
+  EXPECT_EQ(A.Plan.Copies, 4u);
+  EXPECT_EQ(A.Plan.Growth, 2 * 64u);
+}
+
+TEST(AutoChainTest, OnlyIfAllOfItFits) {
+  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 64, true}).Plan.Kind,
+            RecursionPlan::Chain);
+  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 63, true}).Plan.Kind,
+            RecursionPlan::Ring);
+}
+
+TEST(AutoChainTest, OnlyIfAnInlinerFollows) {
+  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 550, false}).Plan.Kind,
+            RecursionPlan::Ring);
+}
+
+TEST(AutoChainTest, NotIfAnyDepthIsUnknownOrTooLarge) {
+  const std::string Unknown = "  call void @f(i32 %n, i32 0, i32 1, i32 2)\n";
+  EXPECT_EQ(Asked(entered(EnteredWith3 + Unknown), Chains).Plan.Kind,
+            RecursionPlan::Ring);
+  EXPECT_EQ(Asked(entered("  call void @f(i32 7, i32 0, i32 1, i32 2)\n"),
+                  {7, 5000, true})
+                .Plan.Kind,
+            RecursionPlan::Ring);
+  EXPECT_EQ(Asked(entered("  call void @f(i32 6, i32 0, i32 1, i32 2)\n"),
+                  {7, 5000, true})
+                .Plan.Kind,
+            RecursionPlan::Chain);
+}
+
 TEST(AutoRingTest, GuardedAndStaggered) {
   const Asked A(hanoi());
   ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);

@@ -53,6 +53,8 @@ int main(void) {
     printf("%d ", Found ? Found : search((unsigned)Start, 9));
   }
   char Text[] = "abcdefg";
-  permute(Text, 6);
+  // Not known to the compiler, which would follow it to its end.
+  volatile int Last = 6;
+  permute(Text, Last);
   printf("\n%ld\n", Sum);
 }

@@ -1,8 +1,8 @@
-"""Compiles a program with and without the automatic policy's rings and compares
+"""Compiles a program with and without the automatic policy's copies and compares
 what it does.
 
     compare_auto.py --clang CLANG --plugin FILE --scratch DIR [--option OPTION ...]
-                    --ring NAME ... SOURCE ...
+                    [--chain NAME ...] [--ring NAME ...] SOURCE ...
 
 The reference is the program compiled by the plain compiler at -O2. Every build
 with the plugin, at the levels 0 and 4 and each of -O1, -O2 and -O3, must print
@@ -11,7 +11,8 @@ make one program. --option is for the plugin, as `-inlinerecursion-auto-copies=3
 
 A pass that does nothing keeps every program intact, so the test also says what
 has to happen: at level 0, where the pass itself takes little away from the
-policy, exactly the symbols --ring NAME are rebuilt as rings by the policy, as
+policy, exactly the symbols --ring NAME are rebuilt as rings by the policy, and the
+symbols --chain NAME as chains, as
 told by the plugin's remarks.
 
 Programs run on 8 MB of stack, whatever the limit of the shell is. Prints the
@@ -76,9 +77,12 @@ def main():
     parser.add_argument("--plugin", required=True)
     parser.add_argument("--scratch", required=True)
     parser.add_argument("--option", action="append", default=[])
-    parser.add_argument("--ring", action="append", required=True)
+    parser.add_argument("--ring", action="append", default=[])
+    parser.add_argument("--chain", action="append", default=[])
     parser.add_argument("sources", nargs="+")
     args = parser.parse_args()
+    if not args.ring and not args.chain:
+        parser.error("--ring or --chain says what the policy is to build")
 
     compiler = [args.clang, "-w"]
     plugin = [f"-fpass-plugin={args.plugin}", "-Xclang", "-load", "-Xclang",
@@ -101,13 +105,15 @@ def main():
         command = [*compiler, *plugin, f"-{opt}", "-mllvm",
                    f"-inline-recursion-opt-level={level}", *args.sources,
                    "-o", program]
-        rings = set(re.findall(
-            r"remark: '(\S+)' rebuilt as a ring of \d+ copies by the automatic",
-            compile_program(command)))
-        if level == 0 and rings != set(args.ring):
-            sys.exit(f"compare_auto.py: at -{opt} the policy made rings of"
-                     f" {sorted(rings)}, not {sorted(args.ring)}\n"
-                     f"{shlex.join(command)}")
+        told = compile_program(command)
+        for shape, expected in ("ring", args.ring), ("chain", args.chain):
+            built = set(re.findall(
+                rf"remark: '(\S+)' rebuilt as a {shape} of \d+ cop\w+ by the"
+                " automatic", told))
+            if level == 0 and built != set(expected):
+                sys.exit(f"compare_auto.py: at -{opt} the policy made a {shape}"
+                         f" of {sorted(built)}, not {sorted(expected)}\n"
+                         f"{shlex.join(command)}")
         got = behaviour(program)
         if got != wanted:
             sys.exit(f"compare_auto.py: level {level} at -{opt} changes what the"
