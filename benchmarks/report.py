@@ -293,11 +293,15 @@ def cost_section(results):
         blocks += [paragraph("User seconds to compile all units. Plain is measured "
                              "twice: the difference is the error."),
                    table(["code base", "units", "-O", "plain, s", "plain again"] +
-                         [f"level {l}" for l in levels],
+                         [f"level {l}" for l in levels] + ["text, plain"] +
+                         [f"text, level {l}" for l in levels],
                          [[r["code base"], r["units"], r["optimisation"],
                            number(r["plain"], 3),
                            percent(r["plain again"] / r["plain"])] +
-                          [percent(r["levels"][l] / r["plain"]) for l in levels]
+                          [percent(r["levels"][l] / r["plain"]) for l in levels] +
+                          [r["text"]["plain"]] +
+                          [percent(r["text"]["levels"][l] / r["text"]["plain"])
+                           for l in levels]
                           for r in part["time"]])]
     return blocks
 

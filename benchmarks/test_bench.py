@@ -304,10 +304,12 @@ class Report(unittest.TestCase):
                        "passes": {"One": 3, "Two": 2}}],
             "time": [{"code base": "b", "units": 7, "optimisation": "2",
                       "plain": 2.0, "plain again": 1.99,
-                      "levels": {"0": 2.02}}]}}))
+                      "levels": {"0": 2.02},
+                      "text": {"plain": 1000, "levels": {"0": 1030}}}]}}))
         self.assertRegex(text, r"\| -load +\| +1200 \| +200 \|")
         self.assertRegex(text, r"\| +\+1\.00 % \| +\+0\.50 % \|")
-        self.assertRegex(text, r"\| +2\.000 \| +-0\.50 % \| +\+1\.00 % \|")
+        self.assertRegex(text, r"\| +2\.000 \| +-0\.50 % \| +\+1\.00 % "
+                               r"\| +1000 \| +\+3\.00 % \|")
 
     def test_dump_reads_back(self):
         with tempfile.TemporaryDirectory() as name:

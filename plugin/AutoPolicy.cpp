@@ -227,21 +227,23 @@ static unsigned countCarriedValues(const Function &F, const Loop &L) {
 /// Are \p Calls in a loop that all of the function is, and that carries few
 /// values?
 static bool areInSmallTailLoop(ArrayRef<CallBase *> Calls, const Function &F,
-                               const LoopInfo &LI) {
+                               const LoopInfo &LI, ScalarEvolution &SE) {
   const BasicBlock *Header = F.getEntryBlock().getSingleSuccessor();
   const Loop *L = Header ? LI.getLoopFor(Header) : nullptr;
   return L && L->getHeader() == Header &&
          F.getEntryBlock().sizeWithoutDebug() == 1 &&
          countCarriedValues(F, *L) <= MaxValuesInTailLoop &&
          all_of(Calls, [&](const CallBase *Call) {
-           return LI.getLoopFor(Call->getParent()) == L;
+           return LI.getLoopFor(Call->getParent()) == L &&
+                  !isInShortLoop(*Call, LI, SE);
          });
 }
 
 /// How many copies pay where one of \p Calls is in a loop.
 static unsigned getMaxCopiesInLoop(ArrayRef<CallBase *> Calls,
-                                   const Function &F, const LoopInfo &LI) {
-  return areInSmallTailLoop(Calls, F, LI)
+                                   const Function &F, const LoopInfo &LI,
+                                   ScalarEvolution &SE) {
+  return areInSmallTailLoop(Calls, F, LI, SE)
              ? MaxCopiesInTailLoop
              : MaxCopiesInLoop + (Calls.size() > 1);
 }
@@ -367,7 +369,7 @@ static std::optional<RecursionPlan>
 planChain(Function &F, ArrayRef<CallBase *> Calls,
           RecursionDepthEstimator &Estimator, const AutoBounds &Bounds) {
   const std::optional<unsigned> Depth = findKnownDepth(Estimator, Calls);
-  if (!Depth || *Depth > getPassOption("default-recursion-depth-threshold"))
+  if (!Depth || *Depth > Bounds.Copies)
     return std::nullopt;
   // The last activation, which a test turns away, folds to next to nothing.
   const FusedSize Size = estimateFusedSize(getCodeSize(F), Calls.size(),
@@ -410,8 +412,6 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
                          << " places, more than " << NV("Limit", MaxSelfCalls));
   const auto &LI = FAM.getResult<LoopAnalysis>(F);
   auto &DT = FAM.getResult<DominatorTreeAnalysis>(F);
-  if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
-    return RecursionPlan(*Reason);
   auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
   RecursionDepthEstimator Estimator(&F, &SE, &DT);
   const bool MayBeKnown = Estimator.canEstimateRecursionDepth();
@@ -420,6 +420,8 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   if (MayBeKnown && Bounds.MayChain)
     if (auto Plan = planChain(F, Calls, Estimator, Bounds))
       return *Plan;
+  if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
+    return RecursionPlan(*Reason);
 
   const unsigned BodySize = getCodeSize(F);
   const uint64_t FrameSize = getFrameSize(F);
@@ -434,7 +436,7 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
     if (any_of(Calls, [&LI](const CallBase *Call) {
           return LI.getLoopFor(Call->getParent());
         }))
-      MaxCopies = std::min(MaxCopies, getMaxCopiesInLoop(Calls, F, LI));
+      MaxCopies = std::min(MaxCopies, getMaxCopiesInLoop(Calls, F, LI, SE));
   }
   if (!MergesCalls && !Plan.Guard) {
     auto &PDT = FAM.getResult<PostDominatorTreeAnalysis>(F);

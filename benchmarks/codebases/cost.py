@@ -12,7 +12,8 @@ count  Instructions to compile the code bases' sample units, with and without
        slower than the compiler; hence a sample.
 time   User time to compile all units: the sum of the units' medians, over rounds
        in which all variants of a unit run in turn, on one processor.  The plain
-       compiler takes part twice; how far it is from itself is the error.
+       compiler takes part twice; how far it is from itself is the error.  And the
+       machine code of all units.
 """
 
 import os
@@ -125,6 +126,12 @@ def measure_user_time(command, directory):
     return usage.ru_utime
 
 
+def measure_text(file):
+    """Machine code and constants in an object file (bytes)."""
+    printed = run_tool(["size", str(file)], None).stdout
+    return int(printed.splitlines()[1].split()[0])
+
+
 def measure_times(base, sources, variants, rounds, progress):
     rows = []
     with tempfile.TemporaryDirectory() as temporary:
@@ -132,6 +139,7 @@ def measure_times(base, sources, variants, rounds, progress):
             compared = [plain, plain, *levels]
             units = find_all_units(base, sources)
             times = [[[] for _ in compared] for _ in units]
+            text = [0] * len(compared)
             for number in range(rounds):
                 progress(f"{base.name}: -O{plain.optimisation}, round "
                          f"{number + 1} of {rounds}")
@@ -142,13 +150,20 @@ def measure_times(base, sources, variants, rounds, progress):
                             compile_command(base, compared[which], unit,
                                             Path(temporary) / "unit.o"),
                             sources))
+                        if number == 0:
+                            text[which] += measure_text(
+                                Path(temporary) / "unit.o")
             sums = [sum(statistics.median(unit[which]) for unit in times)
                     for which in range(len(compared))]
             rows.append({"code base": base.name, "units": len(units),
                          "optimisation": plain.optimisation,
                          "plain": sums[0], "plain again": sums[1],
                          "levels": {variant.level: seconds for variant, seconds
-                                    in zip(levels, sums[2:])}})
+                                    in zip(levels, sums[2:])},
+                         "text": {"plain": text[0],
+                                  "levels": {variant.level: size
+                                             for variant, size
+                                             in zip(levels, text[2:])}}})
     return rows
 
 
@@ -194,7 +209,10 @@ def print_times(rows):
               f"{row['units']:3} units  plain {row['plain']:8.3f}  plain again "
               f"{percent(row['plain again'], row['plain']):>10}  "
               + "  ".join(f"level {level} {percent(seconds, row['plain']):>10}"
-                          for level, seconds in row["levels"].items()))
+                          for level, seconds in row["levels"].items())
+              + f"  text {row['text']['plain']:,}  "
+              + "  ".join(f"level {level} {percent(size, row['text']['plain'])}"
+                          for level, size in row["text"]["levels"].items()))
     for optimisation in sorted({row["optimisation"] for row in rows}):
         chosen = [row for row in rows if row["optimisation"] == optimisation]
         plain = sum(row["plain"] for row in chosen)
