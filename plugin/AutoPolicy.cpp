@@ -3,6 +3,7 @@
 #include "AutoPolicy.h"
 #include "../host/InliningPlan.h"
 #include "../host/RecursionDepthEstimator.h"
+#include "../pass/InlineRecursion.h"
 #include "Protection.h"
 #include "SelfCalls.h"
 #include "Verdict.h"
@@ -55,6 +56,13 @@ static constexpr unsigned MaxCopiesInLoop = 3;
 /// which carries three, falls from 1.4 to 1.1.
 static constexpr unsigned MaxCopiesInTailLoop = 9;
 static constexpr unsigned MaxValuesInTailLoop = 2;
+
+/// More short loops in each other pay only if constants save more than this
+/// part of their code, as a divisor.  At eight, searches for an assignment and
+/// for queens, which save less, took 1.1 of plain clang's time as chains and
+/// rings; others, which save a third and more, a third of it and less.
+static constexpr unsigned MaxShortLoops = 7;
+static constexpr unsigned LittleShare = 4;
 
 static constexpr StringLiteral NoTest = "AutoNoTest";
 
@@ -363,14 +371,33 @@ findKnownDepth(RecursionDepthEstimator &Estimator, ArrayRef<CallBase *> Calls) {
   return Depth;
 }
 
+/// Does little of \p F, a function of one argument, fold away where that is a
+/// constant?  By level 0's own estimate.
+static bool foldsLittle(Function &F, ScalarEvolution &SE, DominatorTree &DT) {
+  InlineRecursion::InlineRecursionCosting Costing(&F, &SE, &DT, /*OptLevel=*/0);
+  Costing.analyzeFunction();
+  const auto Estimate = Costing.estimateInlineBenefit();
+  return Estimate && Estimate->Benefit * LittleShare < getCodeSize(F);
+}
+
 /// The chain that follows \p F to its known depth, if it fits into \p Bounds at
-/// every call from outside.
+/// every call from outside; nothing where neither a chain nor a ring pays.
 static std::optional<RecursionPlan>
 planChain(Function &F, ArrayRef<CallBase *> Calls,
-          RecursionDepthEstimator &Estimator, const AutoBounds &Bounds) {
+          RecursionDepthEstimator &Estimator, const LoopInfo &LI,
+          ScalarEvolution &SE, DominatorTree &DT, const AutoBounds &Bounds) {
   const std::optional<unsigned> Depth = findKnownDepth(Estimator, Calls);
   if (!Depth || *Depth > Bounds.Copies)
     return std::nullopt;
+  if (*Depth > MaxShortLoops && foldsLittle(F, SE, DT) &&
+      any_of(Calls, [&](const CallBase *Call) {
+        return isInShortLoop(*Call, LI, SE);
+      }))
+    return RecursionPlan(refuse("AutoFoldsLittle")
+                         << "its short loops would be nested "
+                         << NV("Depth", *Depth)
+                         << " deep, and a constant argument saves too little "
+                            "for that");
   // The last activation, which a test turns away, folds to next to nothing.
   const FusedSize Size = estimateFusedSize(getCodeSize(F), Calls.size(),
                                            /*GuardSize=*/1, *Depth - 1,
@@ -418,7 +445,7 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
     return RecursionPlan(refuse("AutoDeclined") << Reason);
   if (MayBeKnown && Bounds.MayChain)
-    if (auto Plan = planChain(F, Calls, Estimator, Bounds))
+    if (auto Plan = planChain(F, Calls, Estimator, LI, SE, DT, Bounds))
       return *Plan;
   if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
     return RecursionPlan(*Reason);
