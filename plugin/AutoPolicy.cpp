@@ -398,7 +398,7 @@ planChain(Function &F, ArrayRef<CallBase *> Calls,
                          << NV("Depth", *Depth)
                          << " deep, and a constant argument saves too little "
                             "for that");
-  // The last activation, which a test turns away, folds to next to nothing.
+  // Of the last activation little is left, at most a loop without the call.
   const FusedSize Size = estimateFusedSize(getCodeSize(F), Calls.size(),
                                            /*GuardSize=*/1, *Depth - 1,
                                            /*Staggered=*/false);
@@ -417,7 +417,7 @@ planChain(Function &F, ArrayRef<CallBase *> Calls,
   Plan.Decision << NV("Shape", "chain") << " of " << NV("Copies", Plan.Copies)
                 << (Plan.Copies == 1 ? " copy" : " copies")
                 << " by the automatic policy, entered with constants, growing "
-                   "by at most "
+                   "by about "
                 << NV("Growth", Plan.Growth) << " instructions";
   return Plan;
 }
