@@ -135,6 +135,31 @@ static void buildRing(Function &F, const RecursionPlan &Plan,
   setInlined(Entry, true);
 }
 
+/// Builds the leaves that \p Plan says of \p F, which \p Callers call.
+static void buildLeaves(Function &F, const RecursionPlan &Plan,
+                        InlineRecursion &Driver,
+                        const SmallPtrSetImpl<Function *> &Callers) {
+  const SmallVector<Function *, 4> Copies =
+      buildCopies(F, Plan.Copies, /*AsRing=*/false, Driver);
+  // Nobody but the function itself enters them.
+  for (Function *Caller : Callers)
+    redirectCalls(*Copies.front(), F, *Caller);
+
+  const RecursionCounter &Counter = *Plan.Counter;
+  for (auto [K, Copy] : enumerate(Copies)) {
+    // The driver has linked plain calls.
+    if (K + 1 != Copies.size())
+      redirectCalls(F, *Copies[K + 1], *Copy);
+    fixCounter(*Copy, Counter, Copies.size() - 1 - K);
+    setInlined(*Copy, K != 0);
+  }
+  SmallVector<std::pair<ConstantInt *, Function *>, 2> Entries;
+  for (unsigned Levels : Plan.EntryLevels)
+    Entries.emplace_back(Counter.Values[Levels],
+                         Copies[Copies.size() - 1 - Levels]);
+  enterLeaves(F, *Counter.Counter, Entries);
+}
+
 /// Builds what \p Plan says of \p F.  Returns the functions that were there
 /// before and call something else now.
 static SmallPtrSet<Function *, 8> build(Function &F, const RecursionPlan &Plan,
@@ -144,11 +169,20 @@ static SmallPtrSet<Function *, 8> build(Function &F, const RecursionPlan &Plan,
   for (User *U : F.users())
     if (auto *Call = dyn_cast<CallBase>(U))
       Callers.insert(Call->getFunction());
-  if (Plan.Kind == RecursionPlan::Ring)
-    buildRing(F, Plan, Driver, Callers);
-  else
+  switch (Plan.Kind) {
+  case RecursionPlan::Nothing:
+    break;
+  case RecursionPlan::Chain:
     for (Function *Copy : buildCopies(F, Plan.Copies, /*AsRing=*/false, Driver))
       setInlined(*Copy, true);
+    break;
+  case RecursionPlan::Leaves:
+    buildLeaves(F, Plan, Driver, Callers);
+    break;
+  case RecursionPlan::Ring:
+    buildRing(F, Plan, Driver, Callers);
+    break;
+  }
   return Callers;
 }
 
@@ -245,7 +279,7 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
                       /*CountCopies=*/Where == BehindInliner);
   bool Changed = false;
   for (Function *F : Candidates) {
-    if (AutoPolicy(*F, FAM).wantsLoopsFirst()) {
+    if (AutoPolicy(*F, FAM).wantsLoopsFirst(Bounds)) {
       FAM.invalidate(*F, TailCallElimPass().run(*F, FAM));
       Changed = true;
     }

@@ -30,6 +30,22 @@
 /// linked like `call`.
 ///
 /// A chain, where the policy says so, is what the pass builds at level 0.
+/// A leaf chain is one too, but it is the function itself that enters it, where
+/// its counter tells how many levels are left:
+///
+///   caller
+///     |
+///     v                        n == 6
+///     F <-+ n other than that --------> F.recurse.clone        (noinline)
+///     |   |                                 |
+///     +---+                                 v    5
+///                                       F.recurse.clone.1      (alwaysinline)
+///                                           :
+///                                           v    0
+///                                       F.recurse.clone.6      (alwaysinline)
+///
+/// Its first copy stays a function of its own, so that the frame of F is not
+/// made for it.
 ///
 /// Legality is what the pass goes by: protection (Protection.h) hides from the
 /// driver what must not be copied, and lasts until behind this pass.

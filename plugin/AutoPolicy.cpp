@@ -64,6 +64,9 @@ static constexpr unsigned MaxValuesInTailLoop = 2;
 static constexpr unsigned MaxShortLoops = 7;
 static constexpr unsigned LittleShare = 4;
 
+/// Fewer levels of leaves are not worth a test of their own.
+static constexpr unsigned MinLeafLevels = 2;
+
 static constexpr StringLiteral NoTest = "AutoNoTest";
 
 static Verdict refuse(StringRef Name) { return Verdict(false, Name); }
@@ -274,7 +277,63 @@ static std::optional<Verdict> findOtherWork(ArrayRef<CallBase *> Calls,
          << "it has a loop of its own beside its self calls";
 }
 
-bool AutoPolicy::wantsLoopsFirst() {
+/// The leaves of \p F, if it counts and they fit into \p Bounds.
+/// \p MayEndEarly: it need not run to its end.
+static std::optional<RecursionPlan>
+planLeaves(Function &F, ArrayRef<CallBase *> Calls, const LoopInfo &LI,
+           ScalarEvolution &SE, const AutoBounds &Bounds, bool MayEndEarly) {
+  if (!Bounds.MayChain || Bounds.Copies == 0 ||
+      any_of(Calls, [&LI](const CallBase *Call) {
+        return LI.getLoopFor(Call->getParent());
+      }))
+    return std::nullopt;
+  std::optional<RecursionCounter> Counter =
+      findRecursionCounter(F, Calls, Bounds.Copies - 1, SE);
+  if (!Counter || !(Counter->IsComplete || MayEndEarly))
+    return std::nullopt;
+
+  // Neither the branch of the test is left nor the calls.  The last activation
+  // does what stands in front of the test.
+  const unsigned LastSize = F.getEntryBlock().sizeWithoutDebug() - 1;
+  const unsigned LeafSize = getCodeSize(F) - 1 - Calls.size();
+  auto GetSize = [&](unsigned Levels) {
+    return estimateFusedSize(LeafSize, Calls.size(), LastSize, Levels,
+                             /*Staggered=*/false);
+  };
+  const uint64_t FrameSize = getFrameSize(F);
+  RecursionPlan Plan(Verdict(true, "AutoLeaves"));
+  for (unsigned Levels = MinLeafLevels; Levels < Counter->Values.size();
+       ++Levels) {
+    FusedSize Size = GetSize(Levels);
+    SmallVector<unsigned, 2> EntryLevels = {Levels};
+    // Who is entered with less than that shall gain too.
+    if (Levels / 2 >= MinLeafLevels) {
+      EntryLevels.push_back(Levels / 2);
+      Size.Instructions += GetSize(Levels / 2).Instructions;
+      Size.Bodies += GetSize(Levels / 2).Bodies;
+    }
+    if (Size.Instructions > Bounds.FunctionGrowth ||
+        Size.Bodies * FrameSize > MaxFusedFrame)
+      break;
+    Plan.Copies = Levels + 1;
+    Plan.EntryLevels = EntryLevels;
+    Plan.Growth = Size.Instructions;
+  }
+  if (Plan.Copies == 0)
+    return std::nullopt;
+  Plan.Kind = RecursionPlan::Leaves;
+  Counter->Values.resize(Plan.Copies);
+  Plan.Counter = std::move(Counter);
+  Plan.Decision << NV("Shape", "leaf chain") << " of "
+                << NV("Copies", Plan.Copies)
+                << " copies by the automatic policy, entered where "
+                << NV("Levels", Plan.EntryLevels.front())
+                << " levels are left, growing by about "
+                << NV("Growth", Plan.Growth) << " instructions";
+  return Plan;
+}
+
+bool AutoPolicy::wantsLoopsFirst(const AutoBounds &Bounds) {
   const SmallVector<CallBase *, 4> Calls = findSelfCalls(F);
   SmallVector<CallBase *, 4> LoopCalls, OtherCalls;
   for (CallBase *Call : Calls)
@@ -286,6 +345,11 @@ bool AutoPolicy::wantsLoopsFirst() {
   if (OtherCalls.empty() || OtherCalls.size() > MaxSelfCalls ||
       findOtherWork(Calls, FAM.getResult<LoopAnalysis>(F),
                     FAM.getResult<DominatorTreeAnalysis>(F)))
+    return false;
+  // What counts makes all of its calls, each as deep as the others.
+  if (planLeaves(F, Calls, FAM.getResult<LoopAnalysis>(F),
+                 FAM.getResult<ScalarEvolutionAnalysis>(F), Bounds,
+                 /*MayEndEarly=*/false))
     return false;
   // The lifetime of a variable ends behind an inlined call, which is no tail
   // call any more.
@@ -449,6 +513,9 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
       return *Plan;
   if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
     return RecursionPlan(*Reason);
+  if (!MergesCalls)
+    if (auto Plan = planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/false))
+      return *Plan;
 
   const unsigned BodySize = getCodeSize(F);
   const uint64_t FrameSize = getFrameSize(F);
@@ -468,6 +535,10 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   if (!MergesCalls && !Plan.Guard) {
     auto &PDT = FAM.getResult<PostDominatorTreeAnalysis>(F);
     if (auto Reason = findRisk(BodySize, Calls, LI, SE, DT, PDT)) {
+      // Leaves leave the other activations as they are.
+      if (auto Plan =
+              planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/true))
+        return *Plan;
       RecursionPlan Nothing(*Reason);
       Nothing.LacksTest = Reason->Name == NoTest;
       return Nothing;

@@ -9,6 +9,13 @@
 /// outside, as at level 0, but of any number of arguments, self calls and calls
 /// from outside.  It leaves no call, so it needs to fit as a whole.
 ///
+/// Where a recursion counts, and runs to its end, its last levels are known
+/// whatever it is entered with: a chain for those is entered by the function
+/// itself, when its counter gets there.  Such leaves are straight-line code
+/// that tests nothing.  The towers of Hanoi with the last six disks as leaves
+/// run 2.6 times as fast as plain, at any height and in less code than a ring
+/// that makes 1.5 to 2.0 of it.
+///
 /// Otherwise a ring is asked for.  Four things make a ring pay, or not
 /// (figures: docs/what-it-tells.md):
 ///
@@ -38,6 +45,7 @@
 #define INLINERECURSION_PLUGIN_AUTOPOLICY_H
 
 #include "CallGuard.h"
+#include "CountedRecursion.h"
 #include "Verdict.h"
 #include "llvm/IR/PassManager.h"
 
@@ -46,12 +54,17 @@ namespace inlinerecursion {
 
 /// What is to be built of one function.
 struct RecursionPlan {
-  /// A chain as the pass builds it at level 0, or a ring as in Auto.h.
-  enum Shape { Nothing, Chain, Ring };
+  /// A chain as the pass builds it at level 0, or leaves or a ring as in
+  /// Auto.h.
+  enum Shape { Nothing, Chain, Leaves, Ring };
 
   Shape Kind = Nothing;
-  /// 0 for Nothing, at least 1 for a chain and 2 for a ring.
+  /// 0 for Nothing, at least 1 for a chain, 3 for leaves and 2 for a ring.
   unsigned Copies = 0;
+  /// What leaves are entered by: as many values as there are copies.
+  std::optional<RecursionCounter> Counter;
+  /// How many levels above the last activation leaves are entered.
+  SmallVector<unsigned, 2> EntryLevels;
   /// In front of the calls that close a ring, and all that is left of the
   /// function, which enters it.
   std::optional<EntryGuard> Guard;
@@ -88,7 +101,7 @@ public:
 
   /// Is tail recursion elimination to be run on the function first?  The plan
   /// is then made for what is left.
-  bool wantsLoopsFirst();
+  bool wantsLoopsFirst(const AutoBounds &Bounds);
 
   RecursionPlan makePlan(const AutoBounds &Bounds);
 

@@ -1,12 +1,11 @@
 //===- CallGuard.cpp - The test that ends a recursion ---------------------===//
 
 #include "CallGuard.h"
+#include "ForwardingCall.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SetVector.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/IR/CFG.h"
-#include "llvm/IR/DebugInfoMetadata.h"
-#include "llvm/IR/IRBuilder.h"
 #include "llvm/IR/IntrinsicInst.h"
 #include "llvm/Transforms/Utils/BasicBlockUtils.h"
 #include "llvm/Transforms/Utils/Cloning.h"
@@ -129,28 +128,13 @@ llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize) {
 /// it does.
 static void callInstead(Function &F, BasicBlock &Last, BasicBlock &Beyond,
                         Function &Target) {
-  BasicBlock *Onward = BasicBlock::Create(F.getContext(), "onward", &F);
-  IRBuilder<> Builder(Onward);
-  // A call of what may be inlined needs a location in a function that has some.
-  if (DISubprogram *SP = F.getSubprogram())
-    Builder.SetCurrentDebugLocation(
-        DILocation::get(F.getContext(), SP->getScopeLine(), 0, SP));
-  SmallVector<Value *, 8> Args;
-  for (Argument &A : F.args())
-    Args.push_back(&A);
-  CallInst *Call = Builder.CreateCall(&Target, Args);
-  Call->setCallingConv(Target.getCallingConv());
-  if (F.getReturnType()->isVoidTy())
-    Builder.CreateRetVoid();
-  else
-    Builder.CreateRet(Call);
-
+  BasicBlock &Onward = createForwardingCall(F, Target);
   Instruction *Terminator = Last.getTerminator();
   for (unsigned I = 0; I != Terminator->getNumSuccessors(); ++I) {
     if (Terminator->getSuccessor(I) != &Beyond)
       continue;
     Beyond.removePredecessor(&Last, /*KeepOneInputPHIs=*/true);
-    Terminator->setSuccessor(I, Onward);
+    Terminator->setSuccessor(I, &Onward);
   }
   removeUnreachableBlocks(F);
 }

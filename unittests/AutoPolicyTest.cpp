@@ -16,7 +16,8 @@ class Asked {
 public:
   explicit Asked(const std::string &Assembly, AutoBounds Bounds = Wide)
       : TM(Assembly), Policy(TM.function("f"), analyses()),
-        LoopsFirst(Policy.wantsLoopsFirst()), Plan(Policy.makePlan(Bounds)) {}
+        LoopsFirst(Policy.wantsLoopsFirst(Bounds)),
+        Plan(Policy.makePlan(Bounds)) {}
 
 private:
   TestModule TM;
@@ -307,7 +308,7 @@ TEST(AutoChainTest, OnlyIfAllOfItFits) {
   EXPECT_EQ(Asked(entered(EnteredWith3), {7, 64, true}).Plan.Kind,
             RecursionPlan::Chain);
   EXPECT_EQ(Asked(entered(EnteredWith3), {7, 63, true}).Plan.Kind,
-            RecursionPlan::Ring);
+            RecursionPlan::Leaves);
 }
 
 TEST(AutoChainTest, OnlyIfAnInlinerFollows) {
@@ -318,15 +319,124 @@ TEST(AutoChainTest, OnlyIfAnInlinerFollows) {
 TEST(AutoChainTest, NotIfAnyDepthIsUnknownOrTooLarge) {
   const std::string Unknown = "  call void @f(i32 %n, i32 0, i32 1, i32 2)\n";
   EXPECT_EQ(Asked(entered(EnteredWith3 + Unknown), Chains).Plan.Kind,
-            RecursionPlan::Ring);
+            RecursionPlan::Leaves);
   EXPECT_EQ(Asked(entered("  call void @f(i32 7, i32 0, i32 1, i32 2)\n"),
                   {7, 5000, true})
                 .Plan.Kind,
-            RecursionPlan::Ring);
+            RecursionPlan::Leaves);
   EXPECT_EQ(Asked(entered("  call void @f(i32 6, i32 0, i32 1, i32 2)\n"),
                   {7, 5000, true})
                 .Plan.Kind,
             RecursionPlan::Chain);
+}
+
+//===----------------------------------------------------------------------===//
+// Leaf chains
+//===----------------------------------------------------------------------===//
+
+TEST(AutoLeavesTest, AsManyLevelsAsFit) {
+  // Without the branch and the calls a body is 5, and the last activation is a
+  // comparison: 2^k - 1 and 2^k of them with k levels left.
+  const unsigned Growth[] = {0, 0, 19, 43, 91 + 19, 187 + 19, 379 + 43};
+  for (unsigned Levels = 2; Levels <= 6; ++Levels) {
+    const Asked A(hanoi(), {9, Growth[Levels], /*MayChain=*/true});
+    EXPECT_EQ(A.name(), "AutoLeaves");
+    ASSERT_EQ(A.Plan.Kind, RecursionPlan::Leaves);
+    EXPECT_EQ(A.Plan.Copies, Levels + 1);
+    EXPECT_EQ(A.Plan.Growth, Growth[Levels]);
+    EXPECT_EQ(A.Plan.Counter->Values.size(), Levels + 1);
+    EXPECT_EQ(A.Plan.EntryLevels.front(), Levels);
+    EXPECT_EQ(A.Plan.EntryLevels.size(), Levels < 4 ? 1u : 2u);
+    EXPECT_EQ(A.Plan.EntryLevels.back(), Levels < 4 ? Levels : Levels / 2);
+    const Asked Fewer(hanoi(), {9, Growth[Levels] - 1, /*MayChain=*/true});
+    EXPECT_EQ(Fewer.Plan.Kind,
+              Levels == 2 ? RecursionPlan::Nothing : RecursionPlan::Leaves);
+    EXPECT_LT(Fewer.Plan.Copies, Levels + 1);
+  }
+}
+
+TEST(AutoLeavesTest, NoMoreCopiesThanAllowed) {
+  EXPECT_EQ(Asked(hanoi(), {4, 5000, /*MayChain=*/true}).Plan.Copies, 4u);
+  const Asked TooFew(hanoi(), {2, 5000, /*MayChain=*/true});
+  EXPECT_EQ(TooFew.Plan.Kind, RecursionPlan::Ring);
+}
+
+TEST(AutoLeavesTest, VariablesInMemoryTakeLevels) {
+  // Three levels have 7 bodies, and four with the two below them 15 + 3.
+  EXPECT_EQ(
+      Asked(hanoi("  %v = alloca [64 x i8]\n"), {9, 5000, true}).Plan.Copies,
+      4u);
+}
+
+TEST(AutoLeavesTest, OnlyIfAnInlinerFollows) {
+  EXPECT_EQ(Asked(hanoi(), {9, 5000, /*MayChain=*/false}).Plan.Kind,
+            RecursionPlan::Ring);
+}
+
+TEST(AutoLeavesTest, NotWhereCallsMerge) {
+  EXPECT_EQ(Asked(binary(step("a", -1, 0) + step("b", -1, 1) + Difference),
+                  {9, 5000, true})
+                .Plan.Kind,
+            RecursionPlan::Ring);
+}
+
+TEST(AutoLeavesTest, NotWhereItIsALoop) {
+  // Its second call would be a trip of it, if it were not as deep as the first.
+  const std::string Product = "  %m = sub i32 %n, 1\n  store i32 %n, ptr @g\n"
+                              "  %a = call i32 @f(i32 %m, i32 %n)\n"
+                              "  %b = call i32 @f(i32 %m, i32 %a)\n"
+                              "  %s = mul i32 %b, %a\n  ret i32 %s";
+  const Asked A(binary(Product), {9, 5000, true});
+  EXPECT_FALSE(A.LoopsFirst);
+  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Leaves);
+  EXPECT_TRUE(Asked(binary(Product)).LoopsFirst);
+}
+
+/// f(n), which may return before each of two calls of f(n-1), behind a store.
+const std::string MayEndEarly = Prelude + std::string(R"(
+define void @f(i32 %n, ptr %p) {
+entry:
+  store i32 %n, ptr %p
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %first
+first:
+  %m = sub i32 %n, 1
+  %c = call i1 @more()
+  br i1 %c, label %second, label %exit
+second:
+  call void @f(i32 %m, ptr %p)
+  call void @other()
+  call void @f(i32 %m, ptr %p)
+  call void @other()
+  br label %exit
+exit:
+  ret void
+}
+)");
+
+TEST(AutoLeavesTest, WhereNoRingPaysAlsoIfItMayEndEarly) {
+  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, true}).Plan.Kind,
+            RecursionPlan::Leaves);
+  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, false}).name(), "AutoNoTest");
+
+  // With the store behind the test there is a guard, and a ring.
+  std::string Guarded = MayEndEarly;
+  const std::string Store = "  store i32 %n, ptr %p\n";
+  Guarded.erase(Guarded.find(Store), Store.size());
+  EXPECT_EQ(Asked(Guarded, {9, 5000, true}).Plan.Kind, RecursionPlan::Ring);
+}
+
+TEST(AutoLeavesTest, NotInALoop) {
+  const std::string InLoop = voidWith(R"(
+  %m = sub i32 %n, 1
+  br label %loop
+loop:
+  call void @f(i32 %m, ptr %p)
+  call void @f(i32 %m, ptr %p)
+  %c = call i1 @more()
+  br i1 %c, label %loop, label %out
+out:)");
+  EXPECT_EQ(Asked(InLoop, {9, 5000, true}).Plan.Kind, RecursionPlan::Ring);
 }
 
 TEST(AutoRingTest, GuardedAndStaggered) {

@@ -1,5 +1,5 @@
 // Output, counters and early exits by longjmp come in the order of the source.
-// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --ring trace --ring search --ring permute %s
+// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --ring trace --leaf-chain search --ring permute %s
 #include <setjmp.h>
 #include <stdio.h>
 

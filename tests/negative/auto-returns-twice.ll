@@ -13,7 +13,7 @@ entry:
   br i1 %none, label %exit, label %rec
 rec:
   %j = call i32 @setjmp(ptr %p) returns_twice
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @f(i32 %m, ptr %p)
   call void @f(i32 %m, ptr %p)
   store i32 %n, ptr @g
@@ -27,7 +27,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @taken(i32 %m)
   store i32 %n, ptr @g
   call void @taken(i32 %m)

@@ -11,7 +11,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void (i32, ...) @f(i32 %m, i32 1)
   call void (i32, ...) @f(i32 %m, i32 2)
   store i32 %n, ptr @g
@@ -25,7 +25,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @taken(i32 %m)
   store i32 %n, ptr @g
   call void @taken(i32 %m)

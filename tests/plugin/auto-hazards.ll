@@ -11,7 +11,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @weak(i32 %m)
   store i32 %n, ptr @g
   call void @weak(i32 %m)
@@ -25,7 +25,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @never(i32 %m)
   store i32 %n, ptr @g
   call void @never(i32 %m)
@@ -39,7 +39,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @small(i32 %m)
   store i32 %n, ptr @g
   call void @small(i32 %m)
@@ -53,7 +53,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @cold(i32 %m)
   store i32 %n, ptr @g
   call void @cold(i32 %m)
@@ -67,7 +67,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @must(i32 %m)
   store i32 %n, ptr @g
   call void @must(i32 %m)
@@ -81,7 +81,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void asm sideeffect "here:", ""()
   call void @label(i32 %m)
   store i32 %n, ptr @g
@@ -96,7 +96,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @taken(i32 %m)
   store i32 %n, ptr @g
   call void @taken(i32 %m)

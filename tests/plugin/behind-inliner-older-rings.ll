@@ -21,7 +21,7 @@ define void @make(i32 %n) {
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %some
 some:
-  %m = add i32 %n, -1
+  %m = lshr i32 %n, 1
   call void @make(i32 %m)
   call void @destroy(ptr @g)
   call void @make(i32 %m)

@@ -2,7 +2,8 @@
 what it does.
 
     compare_auto.py --clang CLANG --plugin FILE --scratch DIR [--option OPTION ...]
-                    [--chain NAME ...] [--ring NAME ...] SOURCE ...
+                    [--chain NAME ...] [--leaf-chain NAME ...] [--ring NAME ...]
+                    SOURCE ...
 
 The reference is the program compiled by the plain compiler at -O2. Every build
 with the plugin, at the levels 0 and 4 and each of -O1, -O2 and -O3, must print
@@ -11,8 +12,8 @@ make one program. --option is for the plugin, as `-inlinerecursion-auto-copies=3
 
 A pass that does nothing keeps every program intact, so the test also says what
 has to happen: at level 0, where the pass itself takes little away from the
-policy, exactly the symbols --ring NAME are rebuilt as rings by the policy, and the
-symbols --chain NAME as chains, as
+policy, exactly the symbols --ring NAME are rebuilt as rings by the policy, the
+symbols --chain NAME as chains and the symbols --leaf-chain NAME as leaf chains, as
 told by the plugin's remarks.
 
 Programs run on 8 MB of stack, whatever the limit of the shell is. Prints the
@@ -28,6 +29,7 @@ import shlex
 import subprocess
 import sys
 
+SHAPES = "ring", "chain", "leaf-chain"
 LEVELS = (0, 4)
 OPT_LEVELS = ("O1", "O2", "O3")
 MEMORY_LIMIT_BYTES = 6_000_000_000
@@ -77,12 +79,14 @@ def main():
     parser.add_argument("--plugin", required=True)
     parser.add_argument("--scratch", required=True)
     parser.add_argument("--option", action="append", default=[])
-    parser.add_argument("--ring", action="append", default=[])
-    parser.add_argument("--chain", action="append", default=[])
+    for shape in SHAPES:
+        parser.add_argument(f"--{shape}", action="append", default=[], dest=shape)
     parser.add_argument("sources", nargs="+")
     args = parser.parse_args()
-    if not args.ring and not args.chain:
-        parser.error("--ring or --chain says what the policy is to build")
+    wished = {shape: set(getattr(args, shape)) for shape in SHAPES}
+    if not any(wished.values()):
+        parser.error("--ring, --chain or --leaf-chain says what the policy is to"
+                     " build")
 
     compiler = [args.clang, "-w"]
     plugin = [f"-fpass-plugin={args.plugin}", "-Xclang", "-load", "-Xclang",
@@ -106,11 +110,11 @@ def main():
                    f"-inline-recursion-opt-level={level}", *args.sources,
                    "-o", program]
         told = compile_program(command)
-        for shape, expected in ("ring", args.ring), ("chain", args.chain):
+        for shape, expected in wished.items():
             built = set(re.findall(
-                rf"remark: '(\S+)' rebuilt as a {shape} of \d+ cop\w+ by the"
-                " automatic", told))
-            if level == 0 and built != set(expected):
+                rf"remark: '(\S+)' rebuilt as a {shape.replace('-', ' ')} of \d+"
+                r" cop\w+ by the automatic", told))
+            if level == 0 and built != expected:
                 sys.exit(f"compare_auto.py: at -{opt} the policy made a {shape}"
                          f" of {sorted(built)}, not {sorted(expected)}\n"
                          f"{shlex.join(command)}")

@@ -4,7 +4,7 @@ entry:
   %none = icmp eq i32 %n, 0
   br i1 %none, label %exit, label %rec
 rec:
-  %m = sub i32 %n, 1
+  %m = lshr i32 %n, 1
   call void @f(i32 %m)
   store i32 %n, ptr @g
   call void @f(i32 %m)

@@ -1,0 +1,27 @@
+//===- ForwardingCall.cpp - One function for another ----------------------===//
+
+#include "ForwardingCall.h"
+#include "llvm/IR/DebugInfoMetadata.h"
+#include "llvm/IR/IRBuilder.h"
+
+using namespace llvm;
+
+BasicBlock &llvm::inlinerecursion::createForwardingCall(Function &F,
+                                                        Function &Target) {
+  BasicBlock *Block = BasicBlock::Create(F.getContext(), "onward", &F);
+  IRBuilder<> Builder(Block);
+  // A call of what may be inlined needs a location in a function that has some.
+  if (DISubprogram *SP = F.getSubprogram())
+    Builder.SetCurrentDebugLocation(
+        DILocation::get(F.getContext(), SP->getScopeLine(), 0, SP));
+  SmallVector<Value *, 8> Args;
+  for (Argument &A : F.args())
+    Args.push_back(&A);
+  CallInst *Call = Builder.CreateCall(&Target, Args);
+  Call->setCallingConv(Target.getCallingConv());
+  if (F.getReturnType()->isVoidTy())
+    Builder.CreateRetVoid();
+  else
+    Builder.CreateRet(Call);
+  return *Block;
+}
