@@ -120,11 +120,28 @@ static bool hasSameInterface(const Function &A, const Function &B) {
           A.getPersonalityFn() == B.getPersonalityFn());
 }
 
+/// What \p Loop, the metadata of a loop, says about it.  The first operand is
+/// the node itself, and with debug information there are the places where the
+/// loop begins and ends, which cloning maps to those of the copy.
+static SmallVector<Metadata *, 4> getLoopProperties(const MDNode &Loop) {
+  SmallVector<Metadata *, 4> Properties;
+  for (Metadata *Property : drop_begin(Loop.operands()))
+    if (!isa_and_nonnull<DILocation>(Property))
+      Properties.push_back(Property);
+  return Properties;
+}
+
 static bool hasSameMetadata(const Instruction &A, const Instruction &B) {
   SmallVector<std::pair<unsigned, MDNode *>, 4> OfA, OfB;
   A.getAllMetadataOtherThanDebugLoc(OfA);
   B.getAllMetadataOtherThanDebugLoc(OfB);
-  return OfA == OfB;
+  auto IsSame = [](const auto &EntryA, const auto &EntryB) {
+    return EntryA == EntryB || (EntryA.first == LLVMContext::MD_loop &&
+                                EntryB.first == LLVMContext::MD_loop &&
+                                getLoopProperties(*EntryA.second) ==
+                                    getLoopProperties(*EntryB.second));
+  };
+  return std::equal(OfA.begin(), OfA.end(), OfB.begin(), OfB.end(), IsSame);
 }
 
 /// The instructions of \p F, debug information left out: it must not change the
