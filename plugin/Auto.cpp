@@ -171,6 +171,7 @@ static SmallPtrSet<Function *, 8> build(Function &F, const RecursionPlan &Plan,
       Callers.insert(Call->getFunction());
   switch (Plan.Kind) {
   case RecursionPlan::Nothing:
+  case RecursionPlan::Split:
     break;
   case RecursionPlan::Chain:
     for (Function *Copy : buildCopies(F, Plan.Copies, /*AsRing=*/false, Driver))
@@ -273,12 +274,15 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
     return PreservedAnalyses::all();
 
   const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth,
-                             /*MayChain=*/Where == BeforeInliner};
+                             /*MayChain=*/Where == BeforeInliner,
+                             /*MaySplit=*/Where == BeforeInliner};
   const bool TellUser = areRemarksEnabled(M);
   GrowthBudget Budget(M, Limits.ModuleGrowth,
                       /*CountCopies=*/Where == BehindInliner);
   bool Changed = false;
-  for (Function *F : Candidates) {
+  // A function that is taken apart leaves another one behind.
+  for (size_t I = 0; I != Candidates.size(); ++I) {
+    Function *F = Candidates[I];
     if (AutoPolicy(*F, FAM).wantsLoopsFirst(Bounds)) {
       FAM.invalidate(*F, TailCallElimPass().run(*F, FAM));
       Changed = true;
@@ -290,6 +294,8 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
       F->removeFnAttr(SeenMark);
     if (Plan.Kind == RecursionPlan::Nothing)
       continue;
+    if (Plan.Kind == RecursionPlan::Split)
+      Candidates.push_back(&splitEntry(*F, *Plan.Where));
     for (Function *User : build(*F, Plan, Driver))
       FAM.invalidate(*User, PreservedAnalyses::none());
     Changed = true;

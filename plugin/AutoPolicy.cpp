@@ -486,6 +486,31 @@ planChain(Function &F, ArrayRef<CallBase *> Calls,
   return Plan;
 }
 
+/// Takes \p F apart behind the work in front of its first test, if that is
+/// little.
+static std::optional<RecursionPlan>
+planSplit(Function &F, ArrayRef<CallBase *> Calls, const AutoBounds &Bounds) {
+  std::optional<EntrySplit> Where =
+      Bounds.MaySplit ? findEntrySplit(F, MaxGuardSize) : std::nullopt;
+  if (!Where)
+    return std::nullopt;
+  const unsigned Growth = Where->Head.Size * (Calls.size() + 1);
+  if (Growth > Bounds.FunctionGrowth)
+    return std::nullopt;
+  RecursionPlan Plan(Verdict(true, "AutoSplit"));
+  Plan.Kind = RecursionPlan::Split;
+  Plan.Growth = Growth;
+  Plan.Decision << NV("Shape", "split") << " by the automatic policy, with the "
+                << NV("HeadSize", Where->Head.Size)
+                << " instructions up to its first test in front of its "
+                << NV("SelfCalls", unsigned(Calls.size()))
+                << (Calls.size() == 1 ? " self call" : " self calls")
+                << ", growing by about " << NV("Growth", Growth)
+                << " instructions";
+  Plan.Where = std::move(Where);
+  return Plan;
+}
+
 RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   if (std::optional<Verdict> Obstacle = findObstacle(F))
     return RecursionPlan(*Obstacle);
@@ -539,8 +564,12 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
       if (auto Plan =
               planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/true))
         return *Plan;
+      const bool LacksTest = Reason->Name == NoTest;
+      if (LacksTest && BodySize <= MaxUnguardedSize)
+        if (auto Plan = planSplit(F, Calls, Bounds))
+          return *Plan;
       RecursionPlan Nothing(*Reason);
-      Nothing.LacksTest = Reason->Name == NoTest;
+      Nothing.LacksTest = LacksTest;
       return Nothing;
     }
   }

@@ -46,6 +46,7 @@
 
 #include "CallGuard.h"
 #include "CountedRecursion.h"
+#include "EntrySplit.h"
 #include "Verdict.h"
 #include "llvm/IR/PassManager.h"
 
@@ -54,17 +55,19 @@ namespace inlinerecursion {
 
 /// What is to be built of one function.
 struct RecursionPlan {
-  /// A chain as the pass builds it at level 0, or leaves or a ring as in
-  /// Auto.h.
-  enum Shape { Nothing, Chain, Leaves, Ring };
+  /// A chain as the pass builds it at level 0, leaves or a ring as in Auto.h,
+  /// or a function taken apart, whose rest is to be asked about in turn.
+  enum Shape { Nothing, Chain, Leaves, Ring, Split };
 
   Shape Kind = Nothing;
-  /// 0 for Nothing, at least 1 for a chain, 3 for leaves and 2 for a ring.
+  /// At least 1 for a chain, 3 for leaves and 2 for a ring, 0 for others.
   unsigned Copies = 0;
   /// What leaves are entered by: as many values as there are copies.
   std::optional<RecursionCounter> Counter;
   /// How many levels above the last activation leaves are entered.
   SmallVector<unsigned, 2> EntryLevels;
+  /// Where the function is taken apart.
+  std::optional<EntrySplit> Where;
   /// In front of the calls that close a ring, and all that is left of the
   /// function, which enters it.
   std::optional<EntryGuard> Guard;
@@ -91,6 +94,8 @@ struct AutoBounds {
   unsigned FunctionGrowth;
   /// Is an inliner to come that hands constants from copy to copy?
   bool MayChain = false;
+  /// May the function be taken apart?
+  bool MaySplit = false;
 };
 
 /// The decision about one function that calls itself and that the driver may

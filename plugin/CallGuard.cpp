@@ -52,9 +52,7 @@ static bool dependsOnPlace(const CallBase &Call) {
   }
 }
 
-/// Can \p I be executed a second time right afterwards, with the same result
-/// and no other effect?
-static bool isRepeatable(const Instruction &I) {
+bool llvm::inlinerecursion::isRepeatable(const Instruction &I) {
   if (isa<DbgInfoIntrinsic>(I))
     return true;
   // Frozen poison is any value, the second time another.
@@ -90,7 +88,8 @@ static unsigned addReachable(ArrayRef<BasicBlock *> From,
 }
 
 std::optional<EntryGuard>
-llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize) {
+llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize,
+                                      bool IsRepeated) {
   const auto Recursive = findRecursiveBlocks(F);
   std::optional<EntryGuard> Guard;
   SmallVector<BasicBlock *, 4> Blocks;
@@ -101,7 +100,9 @@ llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize) {
     Instruction *Terminator = BB->getTerminator();
     if (!isa<BranchInst, SwitchInst>(Terminator) ||
         !all_of(make_range(BB->begin(), Terminator->getIterator()),
-                isRepeatable))
+                [&](const Instruction &I) {
+                  return IsRepeated ? isRepeatable(I) : !isCallTo(I, F);
+                }))
       break;
     Blocks.push_back(BB);
     Size += BB->sizeWithoutDebug();
@@ -124,11 +125,12 @@ llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize) {
   return Guard;
 }
 
-/// Calls \p Target where \p Last of \p F leads to \p Beyond, and returns what
-/// it does.
+/// Calls \p Target where \p Last of \p F leads to \p Beyond, with \p HandedOver
+/// behind the arguments of \p F, and returns what it does.
 static void callInstead(Function &F, BasicBlock &Last, BasicBlock &Beyond,
-                        Function &Target) {
-  BasicBlock &Onward = createForwardingCall(F, Target);
+                        Function &Target,
+                        ArrayRef<Instruction *> HandedOver = {}) {
+  BasicBlock &Onward = createForwardingCall(F, Target, HandedOver);
   Instruction *Terminator = Last.getTerminator();
   for (unsigned I = 0; I != Terminator->getNumSuccessors(); ++I) {
     if (Terminator->getSuccessor(I) != &Beyond)
@@ -152,8 +154,9 @@ Function &llvm::inlinerecursion::buildGuard(Function &F,
 }
 
 void llvm::inlinerecursion::reduceToGuard(Function &F, const EntryGuard &Guard,
-                                          Function &Target) {
-  callInstead(F, *Guard.Blocks.back(), *Guard.Beyond, Target);
+                                          Function &Target,
+                                          ArrayRef<Instruction *> HandedOver) {
+  callInstead(F, *Guard.Blocks.back(), *Guard.Beyond, Target, HandedOver);
 }
 
 void llvm::inlinerecursion::removeGuard(Function &Copy, const Function &F,

@@ -29,6 +29,7 @@
 #ifndef INLINERECURSION_PLUGIN_CALLGUARD_H
 #define INLINERECURSION_PLUGIN_CALLGUARD_H
 
+#include "llvm/ADT/ArrayRef.h"
 #include "llvm/ADT/SmallVector.h"
 #include <optional>
 
@@ -36,6 +37,7 @@ namespace llvm {
 
 class BasicBlock;
 class Function;
+class Instruction;
 
 namespace inlinerecursion {
 
@@ -51,8 +53,14 @@ struct EntryGuard {
 
 /// The guard of \p F, which calls itself; none if it has none, or only one of
 /// more than \p MaxSize instructions.  Of several tests in a row, all that fit
-/// are taken.
-std::optional<EntryGuard> findEntryGuard(Function &F, unsigned MaxSize);
+/// are taken.  \p IsRepeated: they may be made twice, otherwise they may stand
+/// behind anything but self calls.
+std::optional<EntryGuard> findEntryGuard(Function &F, unsigned MaxSize,
+                                         bool IsRepeated = true);
+
+/// Can \p I be executed a second time right afterwards, with the same result
+/// and no other effect?
+bool isRepeatable(const Instruction &I);
 
 /// A new internal function that does what \p F does, but calls \p Target
 /// beyond \p Guard, which is \p F's.  \p Target has the type of \p F and does
@@ -60,8 +68,10 @@ std::optional<EntryGuard> findEntryGuard(Function &F, unsigned MaxSize);
 Function &buildGuard(Function &F, const EntryGuard &Guard, Function &Target);
 
 /// Leaves nothing of \p F but \p Guard, which is its own, and a call of
-/// \p Target beyond it; else as above.
-void reduceToGuard(Function &F, const EntryGuard &Guard, Function &Target);
+/// \p Target beyond it; else as above.  \p Target may take more arguments than
+/// \p F: \p HandedOver, which the guard computes.
+void reduceToGuard(Function &F, const EntryGuard &Guard, Function &Target,
+                   ArrayRef<Instruction *> HandedOver = {});
 
 /// Takes \p Guard, which is \p F's, out of \p Copy, an unchanged copy of \p F
 /// but for its callees that is called from behind the guard only.  Does nothing

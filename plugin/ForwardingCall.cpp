@@ -1,13 +1,15 @@
 //===- ForwardingCall.cpp - One function for another ----------------------===//
 
 #include "ForwardingCall.h"
+#include "llvm/ADT/STLExtras.h"
 #include "llvm/IR/DebugInfoMetadata.h"
 #include "llvm/IR/IRBuilder.h"
 
 using namespace llvm;
 
-BasicBlock &llvm::inlinerecursion::createForwardingCall(Function &F,
-                                                        Function &Target) {
+BasicBlock &
+llvm::inlinerecursion::createForwardingCall(Function &F, Function &Target,
+                                            ArrayRef<Instruction *> More) {
   BasicBlock *Block = BasicBlock::Create(F.getContext(), "onward", &F);
   IRBuilder<> Builder(Block);
   // A call of what may be inlined needs a location in a function that has some.
@@ -17,6 +19,7 @@ BasicBlock &llvm::inlinerecursion::createForwardingCall(Function &F,
   SmallVector<Value *, 8> Args;
   for (Argument &A : F.args())
     Args.push_back(&A);
+  append_range(Args, More);
   CallInst *Call = Builder.CreateCall(&Target, Args);
   Call->setCallingConv(Target.getCallingConv());
   if (F.getReturnType()->isVoidTy())

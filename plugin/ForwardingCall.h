@@ -9,16 +9,21 @@
 #ifndef INLINERECURSION_PLUGIN_FORWARDINGCALL_H
 #define INLINERECURSION_PLUGIN_FORWARDINGCALL_H
 
+#include "llvm/ADT/ArrayRef.h"
+
 namespace llvm {
 
 class BasicBlock;
 class Function;
+class Instruction;
 
 namespace inlinerecursion {
 
-/// A new block of \p F, the last one, that calls \p Target, which has the type
-/// of \p F and no variable arguments.  Nothing leads to it yet.
-BasicBlock &createForwardingCall(Function &F, Function &Target);
+/// A new block of \p F, the last one, that calls \p Target, which takes what
+/// \p F takes and \p More behind it, no variable arguments, and returns what
+/// \p F returns.  Nothing leads to it yet.
+BasicBlock &createForwardingCall(Function &F, Function &Target,
+                                 ArrayRef<Instruction *> More = {});
 
 } // namespace inlinerecursion
 } // namespace llvm

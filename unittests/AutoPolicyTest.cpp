@@ -439,6 +439,55 @@ out:)");
   EXPECT_EQ(Asked(InLoop, {9, 5000, true}).Plan.Kind, RecursionPlan::Ring);
 }
 
+//===----------------------------------------------------------------------===//
+// Splits
+//===----------------------------------------------------------------------===//
+
+const AutoBounds Splits = {9, 5000, /*MayChain=*/false, /*MaySplit=*/true};
+
+TEST(AutoSplitTest, WorkInFrontOfTheTest) {
+  const Asked A(MayEndEarly, Splits);
+  EXPECT_EQ(A.name(), "AutoSplit");
+  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Split);
+  EXPECT_EQ(A.Plan.Copies, 0u);
+  // Both tests with what is in front of them, and the return; in front of two
+  // calls and in the function itself.
+  EXPECT_EQ(A.Plan.Where->Head.Size, 7u);
+  EXPECT_EQ(A.Plan.Growth, 3 * 7u);
+  EXPECT_FALSE(A.Plan.LacksTest);
+}
+
+TEST(AutoSplitTest, OnlyIfItFits) {
+  EXPECT_EQ(Asked(MayEndEarly, {9, 21, false, true}).Plan.Kind,
+            RecursionPlan::Split);
+  const Asked TooLarge(MayEndEarly, {9, 20, false, true});
+  EXPECT_EQ(TooLarge.Plan.Kind, RecursionPlan::Nothing);
+  EXPECT_TRUE(TooLarge.Plan.LacksTest);
+}
+
+TEST(AutoSplitTest, OnlyIfItMay) {
+  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, false, false}).Plan.Kind,
+            RecursionPlan::Nothing);
+}
+
+TEST(AutoSplitTest, LeavesComeFirst) {
+  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, true, true}).Plan.Kind,
+            RecursionPlan::Leaves);
+}
+
+TEST(AutoSplitTest, NotIfCallsAreLittleOfIt) {
+  // With 60 instructions it is as large as a body without a guard may be.
+  std::string Large = MayEndEarly;
+  const std::string Step = "  %m = sub i32 %n, 1\n";
+  std::string Work;
+  for (unsigned I = 0; I != 48; ++I)
+    Work += "  store volatile i32 0, ptr %p\n";
+  Large.insert(Large.find(Step), Work);
+  EXPECT_EQ(Asked(Large, Splits).Plan.Kind, RecursionPlan::Split);
+  Large.insert(Large.find(Step), "  store volatile i32 0, ptr %p\n");
+  EXPECT_EQ(Asked(Large, Splits).Plan.Kind, RecursionPlan::Nothing);
+}
+
 TEST(AutoRingTest, GuardedAndStaggered) {
   const Asked A(hanoi());
   ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
@@ -582,7 +631,7 @@ exit:
   EXPECT_FALSE(Walk.Plan.Guard);
   EXPECT_TRUE(Walk.Plan.Staggered);
   std::string Filler;
-  for (unsigned I = 0; I != 46; ++I)
+  for (unsigned I = 0; I != 48; ++I)
     Filler += "  store i32 3, ptr @g\n";
   EXPECT_EQ(Asked(walk(Tested, Filler)).name(), "AutoRing");
   EXPECT_EQ(Asked(walk(Tested, Filler + "  store i32 3, ptr @g\n")).name(),

@@ -1,0 +1,248 @@
+//===- EntrySplitTest.cpp - What a recursion does before its test ---------===//
+
+#include "../plugin/EntrySplit.h"
+#include "TestModule.h"
+#include "llvm/IR/InstIterator.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using namespace llvm::unittest;
+
+namespace {
+
+const char *const Declarations = R"(
+@g = external global i32
+declare void @other()
+declare i32 @unknown(i32)
+define i32 @known(i32 %x) {
+  ret i32 %x
+}
+declare i32 @__gxx_personality_v0(...)
+)";
+
+/// f(n, p), which runs \p Work, ends if %end is true, and else runs \p Rec,
+/// whose last block is left to an exit with `%x`, \p Result.
+std::string working(const std::string &Work, const std::string &Rec,
+                    const std::string &Result = "i32 [ 0, %entry ], "
+                                                "[ 1, %rec ]") {
+  return Declarations + std::string(R"(
+define i32 @f(i32 %n, ptr %p) personality ptr @__gxx_personality_v0 {
+entry:
+)") + Work +
+         R"(
+  br i1 %end, label %exit, label %rec
+rec:
+)" + Rec +
+         R"(
+  br label %exit
+exit:
+  %x = phi )" +
+         Result + R"(
+  ret i32 %x
+}
+)";
+}
+
+const std::string Count =
+    "  %l = load i32, ptr @g\n  %l1 = add i32 %l, 1\n  store i32 %l1, ptr @g\n"
+    "  %end = icmp eq i32 %n, 0\n";
+const std::string Recurse =
+    "  %m = sub i32 %n, 1\n  %a = call i32 @f(i32 %m, ptr %p)\n";
+
+/// Names of what is handed over, or "none".
+std::string handedOver(const std::string &Assembly, unsigned MaxSize = 30) {
+  TestModule TM(Assembly);
+  const auto Split = findEntrySplit(TM.function("f"), MaxSize);
+  if (!Split)
+    return "none";
+  std::string Names;
+  for (const Instruction *I : Split->LiveValues)
+    Names += I->getName().str() + " ";
+  return Names;
+}
+
+TEST(FindEntrySplitTest, WorkMayWrite) {
+  TestModule TM(working(Count, Recurse));
+  Function &F = TM.function("f");
+  const auto Split = findEntrySplit(F, 30);
+  ASSERT_TRUE(Split);
+  EXPECT_EQ(Split->Head.Blocks.size(), 1u);
+  EXPECT_EQ(Split->Begin->getName(), "rec");
+  EXPECT_EQ(Split->Before->getName(), "entry");
+  EXPECT_TRUE(Split->LiveValues.empty());
+}
+
+TEST(FindEntrySplitTest, NotMoreThanTheLimit) {
+  // Five and the two at the exit.
+  EXPECT_EQ(handedOver(working(Count, Recurse), 7), "");
+  EXPECT_EQ(handedOver(working(Count, Recurse), 6), "none");
+}
+
+TEST(FindEntrySplitTest, HandsOverWhatIsUsedBeyond) {
+  EXPECT_EQ(handedOver(working(Count, Recurse + "  store i32 %l1, ptr %p\n")),
+            "l1 ");
+  // By a PHI, along the edge that begins the rest or one that is part of it.
+  EXPECT_EQ(
+      handedOver(working(Count, "  %q = phi i32 [ %l, %entry ]\n" + Recurse)),
+      "l ");
+  EXPECT_EQ(
+      handedOver(working(Count, Recurse, "i32 [ 0, %entry ], [ %l1, %rec ]")),
+      "l1 ");
+  // Not along the one that ends it.
+  EXPECT_EQ(
+      handedOver(working(Count, Recurse, "i32 [ %l1, %entry ], [ 0, %rec ]")),
+      "");
+}
+
+TEST(FindEntrySplitTest, NotMoreArgumentsThanRegisters) {
+  std::string Work, Use;
+  for (unsigned I = 0; I != 4; ++I) {
+    const std::string V = "%v" + std::to_string(I);
+    Work += "  " + V + " = load volatile i32, ptr %p\n";
+    Use += "  store i32 " + V + ", ptr @g\n";
+  }
+  EXPECT_EQ(handedOver(working(Work + Count, Recurse + Use)), "v0 v1 v2 v3 ");
+  EXPECT_EQ(handedOver(working(Work + Count,
+                               Recurse + Use + "  store i32 %l, ptr @g\n")),
+            "none");
+}
+
+TEST(FindEntrySplitTest, NotAVariableThatIsUsedOnBothSides) {
+  const std::string Variable = "  %v = alloca i32\n  store i32 %n, ptr %v\n";
+  EXPECT_EQ(handedOver(working(Variable + Count, Recurse)), "");
+  EXPECT_EQ(handedOver(working(Variable + Count,
+                               Recurse + "  %w = load i32, ptr %v\n")),
+            "none");
+}
+
+TEST(SplitEntryTest, AVariableOfTheRest) {
+  TestModule TM(working("  %v = alloca i32\n" + Count,
+                        Recurse + "  store i32 %a, ptr %v\n"));
+  Function &F = TM.function("f");
+  const auto Split = findEntrySplit(F, 30);
+  ASSERT_TRUE(Split);
+  EXPECT_TRUE(Split->LiveValues.empty());
+  Function &Rest = splitEntry(F, *Split);
+  EXPECT_FALSE(verifyModule(TM.module(), &errs()));
+  auto *Variable = dyn_cast_or_null<AllocaInst>(TestModule::find(Rest, "v"));
+  ASSERT_TRUE(Variable);
+  EXPECT_TRUE(Variable->isStaticAlloca());
+}
+
+TEST(FindEntrySplitTest, NotWithCallsThatMayBeInlined) {
+  EXPECT_EQ(
+      handedOver(working("  %u = call i32 @unknown(i32 1)\n" + Count, Recurse)),
+      "");
+  EXPECT_EQ(
+      handedOver(working("  %u = call i32 @known(i32 1)\n" + Count, Recurse)),
+      "none");
+}
+
+TEST(FindEntrySplitTest, NotBehindASelfCall) {
+  EXPECT_EQ(handedOver(working("  %s = call i32 @f(i32 0, ptr %p)\n" + Count,
+                               Recurse)),
+            "none");
+}
+
+TEST(FindEntrySplitTest, NotWithoutATest) {
+  EXPECT_EQ(handedOver(R"(
+define void @f(ptr %p) {
+  store i32 1, ptr %p
+  call void @f(ptr %p)
+  ret void
+}
+)"),
+            "none");
+}
+
+/// f(n, p), a loop over self calls that tests behind \p Work.
+std::string looping(const std::string &Test) {
+  return Declarations + std::string(R"(
+define i32 @f(i32 %n, ptr %p) {
+entry:
+  %first = load i32, ptr %p
+  store i32 %n, ptr %p
+  br label %loop
+loop:
+  %i = phi i32 [ %first, %entry ], [ %i1, %body ]
+  %s = phi i32 [ %n, %entry ], [ %s1, %body ]
+)") + Test +
+         R"(
+  %end = icmp eq i32 %i, 0
+  br i1 %end, label %exit, label %body
+body:
+  %a = call i32 @f(i32 %i, ptr %p)
+  %s1 = sub i32 %a, %s
+  %i1 = lshr i32 %i, 1
+  br label %loop
+exit:
+  ret i32 %s
+}
+)";
+}
+
+TEST(FindEntrySplitTest, ATestAtTheHeadOfALoopIsMadeOnceMore) {
+  TestModule TM(looping(""));
+  const auto Split = findEntrySplit(TM.function("f"), 30);
+  ASSERT_TRUE(Split);
+  EXPECT_EQ(Split->Head.Blocks.size(), 2u);
+  EXPECT_EQ(Split->Begin->getName(), "loop");
+  EXPECT_EQ(Split->Before->getName(), "entry");
+  ASSERT_EQ(Split->LiveValues.size(), 1u);
+  EXPECT_EQ(Split->LiveValues[0]->getName(), "first");
+  EXPECT_EQ(handedOver(looping("  store i32 1, ptr @g\n")), "none");
+}
+
+/// The calls in \p F of a function of that name.
+unsigned countCalls(Function &F, StringRef Callee) {
+  unsigned Calls = 0;
+  for (Instruction &I : instructions(F))
+    if (auto *Call = dyn_cast<CallBase>(&I))
+      Calls += Call->getCalledFunction()->getName() == Callee;
+  return Calls;
+}
+
+TEST(SplitEntryTest, TheHeadIsDoneByThoseWhoCall) {
+  for (const std::string &Assembly :
+       {working(Count, Recurse + "  store i32 %l1, ptr %p\n",
+                "i32 [ %l, %entry ], [ %a, %rec ]"),
+        looping("")}) {
+    TestModule TM(Assembly);
+    Function &F = TM.function("f");
+    const auto Split = findEntrySplit(F, 30);
+    ASSERT_TRUE(Split);
+    Function &Rest = splitEntry(F, *Split);
+    EXPECT_FALSE(verifyModule(TM.module(), &errs()));
+    EXPECT_TRUE(Rest.hasInternalLinkage());
+    EXPECT_EQ(Rest.getName(), "f.recurse.rest");
+    EXPECT_EQ(Rest.arg_size(), 3u);
+    EXPECT_EQ(countCalls(F, "f"), 0u);
+    EXPECT_EQ(countCalls(F, "f.recurse.rest"), 1u);
+    EXPECT_EQ(countCalls(Rest, "f"), 0u);
+    EXPECT_EQ(countCalls(Rest, "f.recurse.rest"), 1u);
+  }
+}
+
+TEST(SplitEntryTest, CallsThatMayThrow) {
+  std::string Invoking = working(Count, R"(
+  %m = sub i32 %n, 1
+  %a = invoke i32 @f(i32 %m, ptr %p) to label %on unwind label %pad
+pad:
+  %l2 = landingpad { ptr, i32 } cleanup
+  resume { ptr, i32 } %l2
+on:)",
+                                 "i32 [ 0, %entry ], [ %a, %on ]");
+  TestModule TM(Invoking);
+  Function &F = TM.function("f");
+  const auto Split = findEntrySplit(F, 30);
+  ASSERT_TRUE(Split);
+  Function &Rest = splitEntry(F, *Split);
+  EXPECT_FALSE(verifyModule(TM.module(), &errs()));
+  EXPECT_EQ(countCalls(Rest, "f"), 0u);
+  unsigned Invokes = 0;
+  for (Instruction &I : instructions(Rest))
+    Invokes += isa<InvokeInst>(I);
+  EXPECT_EQ(Invokes, 1u);
+}
+
+} // namespace
