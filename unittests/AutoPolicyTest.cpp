@@ -631,7 +631,7 @@ exit:
   EXPECT_FALSE(Walk.Plan.Guard);
   EXPECT_TRUE(Walk.Plan.Staggered);
   std::string Filler;
-  for (unsigned I = 0; I != 48; ++I)
+  for (unsigned I = 0; I != 46; ++I)
     Filler += "  store i32 3, ptr @g\n";
   EXPECT_EQ(Asked(walk(Tested, Filler)).name(), "AutoRing");
   EXPECT_EQ(Asked(walk(Tested, Filler + "  store i32 3, ptr @g\n")).name(),
