@@ -274,8 +274,7 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
     return PreservedAnalyses::all();
 
   const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth,
-                             /*MayChain=*/Where == BeforeInliner,
-                             /*MaySplit=*/Where == BeforeInliner};
+                             /*InlinerFollows=*/Where == BeforeInliner};
   const bool TellUser = areRemarksEnabled(M);
   GrowthBudget Budget(M, Limits.ModuleGrowth,
                       /*CountCopies=*/Where == BehindInliner);

@@ -282,7 +282,7 @@ static std::optional<Verdict> findOtherWork(ArrayRef<CallBase *> Calls,
 static std::optional<RecursionPlan>
 planLeaves(Function &F, ArrayRef<CallBase *> Calls, const LoopInfo &LI,
            ScalarEvolution &SE, const AutoBounds &Bounds, bool MayEndEarly) {
-  if (!Bounds.MayChain || Bounds.Copies == 0 ||
+  if (!Bounds.InlinerFollows || Bounds.Copies == 0 ||
       any_of(Calls, [&LI](const CallBase *Call) {
         return LI.getLoopFor(Call->getParent());
       }))
@@ -491,7 +491,7 @@ planChain(Function &F, ArrayRef<CallBase *> Calls,
 static std::optional<RecursionPlan>
 planSplit(Function &F, ArrayRef<CallBase *> Calls, const AutoBounds &Bounds) {
   std::optional<EntrySplit> Where =
-      Bounds.MaySplit ? findEntrySplit(F, MaxGuardSize) : std::nullopt;
+      findEntrySplit(F, MaxGuardSize, Bounds.InlinerFollows);
   if (!Where)
     return std::nullopt;
   const unsigned Growth = Where->Head.Size * (Calls.size() + 1);
@@ -533,7 +533,7 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   const bool MayBeKnown = Estimator.canEstimateRecursionDepth();
   if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
     return RecursionPlan(refuse("AutoDeclined") << Reason);
-  if (MayBeKnown && Bounds.MayChain)
+  if (MayBeKnown && Bounds.InlinerFollows)
     if (auto Plan = planChain(F, Calls, Estimator, LI, SE, DT, Bounds))
       return *Plan;
   if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))

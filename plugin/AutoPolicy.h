@@ -92,10 +92,9 @@ struct AutoBounds {
   unsigned Copies;
   /// Most that one function grows by (instructions).
   unsigned FunctionGrowth;
-  /// Is an inliner to come that hands constants from copy to copy?
-  bool MayChain = false;
-  /// May the function be taken apart?
-  bool MaySplit = false;
+  /// Is an inliner to come, which hands constants from copy to copy and makes
+  /// nothing of some calls?
+  bool InlinerFollows = false;
 };
 
 /// The decision about one function that calls itself and that the driver may

@@ -28,7 +28,8 @@ static SmallPtrSet<const BasicBlock *, 16> findReachable(BasicBlock *From) {
 }
 
 std::optional<EntrySplit>
-llvm::inlinerecursion::findEntrySplit(Function &F, unsigned MaxSize) {
+llvm::inlinerecursion::findEntrySplit(Function &F, unsigned MaxSize,
+                                      bool InlinerFollows) {
   std::optional<EntryGuard> Head =
       findEntryGuard(F, MaxSize, /*IsRepeated=*/false);
   if (!Head)
@@ -60,9 +61,8 @@ llvm::inlinerecursion::findEntrySplit(Function &F, unsigned MaxSize) {
   };
   for (BasicBlock *BB : HeadOnly)
     for (Instruction &I : *BB) {
-      // What is inlined may turn out to be nothing.
       const auto *Call = dyn_cast<CallBase>(&I);
-      if (Call && Call->getCalledFunction() &&
+      if (InlinerFollows && Call && Call->getCalledFunction() &&
           !Call->getCalledFunction()->isDeclaration())
         return std::nullopt;
       if (none_of(I.uses(), IsInRest))

@@ -57,8 +57,10 @@ struct EntrySplit {
 
 /// The place where \p F, which calls itself and takes no variable arguments,
 /// can be taken apart; none if there is no test, or if work and test are more
-/// than \p MaxSize instructions, or hand over too much.
-std::optional<EntrySplit> findEntrySplit(Function &F, unsigned MaxSize);
+/// than \p MaxSize instructions, or hand over too much.  If \p InlinerFollows,
+/// calls in the head may turn out to be nothing, and it is left for later.
+std::optional<EntrySplit> findEntrySplit(Function &F, unsigned MaxSize,
+                                         bool InlinerFollows);
 
 /// Takes \p F apart at \p Split, which is its own.  Returns the rest, a new
 /// internal function that calls itself where \p F did.

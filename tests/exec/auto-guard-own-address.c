@@ -1,5 +1,5 @@
 // A test of a variable's address is about the variable that is used then.
-// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --ring sum %s
+// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --ring sum --split aligned --ring aligned.recurse.rest %s
 #include <stdint.h>
 #include <stdio.h>
 
