@@ -1010,7 +1010,9 @@ class Generator:
         scope = Scope()
         scope.local = True
         scope.values = [("n", "int"), *((p.name, "int") for p in f.params)]
-        lines = [f"if ({self.guard(f)})", "{"]
+        # Work in front of the test.
+        lines = [f"++Count[{f.index}];"] if writes and self.chance(0.6) else []
+        lines += [f"if ({self.guard(f)})", "{"]
         self.leave(f, scope, lines)
         lines.append("}")
         if self.maybe("frames", 0.2) and f.limit < DEEP_LEVELS[0]:
@@ -1045,7 +1047,8 @@ class Generator:
                                        f"++Count[{f.index}];",
                                        f"Hash = Hash * 31u + {e};"))
         scope.values += [(name, "int") for name in results]
-        total = " + ".join(["sum", *results, self.expr(scope, 1)])
+        total = self.pick(" + ", " + ", " - ").join(
+            ["sum", *results, f"({self.expr(scope, 1)})"])
         lines.append(f"return ({f.returns})({total});")
         f.body, f.fuelled = lines, False
 

@@ -7,6 +7,7 @@
 #include "Protection.h"
 #include "SelfCalls.h"
 #include "Verdict.h"
+#include "llvm/ADT/DepthFirstIterator.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/CFG.h"
@@ -43,6 +44,10 @@ static constexpr uint64_t MaxFusedFrame = 1024;
 /// Equal calls in two copies merge.  In three, there are tests between them.
 static constexpr unsigned MaxCopiesToMerge = 2;
 
+/// Where no activation makes more than one of several calls, the recursion is a
+/// path, and of all that copies are multiplied by only that path is run.
+static constexpr unsigned MaxCopiesOfPath = 2;
+
 /// A copy that is inlined into the loop around the one self call is a loop in a
 /// loop, and each needs registers.  A path search ran in 0.42 of plain clang's
 /// time with two copies, in 0.48 with three, and in 0.61 with four.
@@ -63,6 +68,13 @@ static constexpr unsigned MaxValuesInTailLoop = 2;
 /// rings; others, which save a third and more, a third of it and less.
 static constexpr unsigned MaxShortLoops = 7;
 static constexpr unsigned LittleShare = 4;
+
+/// With more other calls for each self call, the time goes into those.
+static constexpr unsigned MaxOtherCalls = 1;
+
+/// A function that is larger than this is taken to stay one (the inliner's
+/// threshold of 225, at five for an instruction).
+static constexpr unsigned MaxInlinedSize = 45;
 
 /// Fewer levels of leaves are not worth a test of their own.
 static constexpr unsigned MinLeafLevels = 2;
@@ -333,6 +345,29 @@ planLeaves(Function &F, ArrayRef<CallBase *> Calls, const LoopInfo &LI,
   return Plan;
 }
 
+/// The calls of other functions that \p F makes, if it returns and nothing is
+/// thrown, and that no inliner makes anything less of.
+static unsigned countOtherCalls(const Function &F, bool InlinerFollows) {
+  auto IsOther = [&](const Instruction &I) {
+    const auto *Call = dyn_cast<CallBase>(&I);
+    if (!Call || isa<IntrinsicInst>(Call) || Call->isInlineAsm())
+      return false;
+    const Function *Callee = Call->getCalledFunction();
+    return Callee != &F &&
+           (!InlinerFollows || !Callee || Callee->isDeclaration() ||
+            Callee->hasFnAttribute(Attribute::NoInline) ||
+            getCodeSize(*Callee) > MaxInlinedSize);
+  };
+  df_iterator_default_set<const BasicBlock *> Exceptional;
+  for (const BasicBlock &BB : F)
+    if (BB.isEHPad() || isa<UnreachableInst>(BB.getTerminator()))
+      Exceptional.insert(&BB);
+  unsigned Count = 0;
+  for (const BasicBlock *BB : depth_first_ext(&F.getEntryBlock(), Exceptional))
+    Count += count_if(*BB, IsOther);
+  return Count;
+}
+
 bool AutoPolicy::wantsLoopsFirst(const AutoBounds &Bounds) {
   const SmallVector<CallBase *, 4> Calls = findSelfCalls(F);
   SmallVector<CallBase *, 4> LoopCalls, OtherCalls;
@@ -380,6 +415,17 @@ static bool areTestedOneByOne(ArrayRef<CallBase *> Calls,
                      (IsFollowedBy(Call, Other) || IsFollowedBy(Other, Call)));
            });
   });
+}
+
+/// Is none of \p Calls, two or more, made where another one has been?
+static bool excludeEachOther(ArrayRef<CallBase *> Calls,
+                             const DominatorTree &DT) {
+  return Calls.size() > 1 && all_of(Calls, [&](const CallBase *Call) {
+           return none_of(Calls, [&](const CallBase *Other) {
+             return Call != Other &&
+                    isPotentiallyReachable(Call, Other, nullptr, &DT);
+           });
+         });
 }
 
 /// Why a ring of \p F, which has no guard, is not worth the risk that its
@@ -538,6 +584,13 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
       return *Plan;
   if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
     return RecursionPlan(*Reason);
+  const unsigned OtherCalls = countOtherCalls(F, Bounds.InlinerFollows);
+  if (OtherCalls > MaxOtherCalls * Calls.size())
+    return RecursionPlan(refuse("AutoOtherCalls")
+                         << "it makes " << NV("OtherCalls", OtherCalls)
+                         << " other calls, more than "
+                         << NV("Limit", MaxOtherCalls)
+                         << " for each self call");
   if (!MergesCalls)
     if (auto Plan = planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/false))
       return *Plan;
@@ -556,6 +609,8 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
           return LI.getLoopFor(Call->getParent());
         }))
       MaxCopies = std::min(MaxCopies, getMaxCopiesInLoop(Calls, F, LI, SE));
+    if (excludeEachOther(Calls, DT))
+      MaxCopies = std::min(MaxCopies, MaxCopiesOfPath);
   }
   if (!MergesCalls && !Plan.Guard) {
     auto &PDT = FAM.getResult<PostDominatorTreeAnalysis>(F);

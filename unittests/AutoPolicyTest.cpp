@@ -406,9 +406,9 @@ first:
   br i1 %c, label %second, label %exit
 second:
   call void @f(i32 %m, ptr %p)
-  call void @other()
+  store i32 0, ptr @g
   call void @f(i32 %m, ptr %p)
-  call void @other()
+  store i32 0, ptr @g
   br label %exit
 exit:
   ret void
@@ -738,6 +738,61 @@ TEST(AutoRefusalTest, ALoopToBeUnrolled) {
 //===----------------------------------------------------------------------===//
 // Refusals
 //===----------------------------------------------------------------------===//
+
+TEST(AutoRefusalTest, OtherCallsTakeTheTime) {
+  const std::string Small = "declare void @llvm.assume(i1)\n"
+                            "declare i1 @llvm.is.constant.i32(i32)\n"
+                            "define internal void @small() {\n  ret void\n}\n";
+  std::string Large = "define internal void @large() {\n";
+  for (unsigned I = 0; I != 45; ++I)
+    Large += "  store volatile i32 0, ptr @g\n";
+  Large += "  ret void\n}\n";
+  const std::string Other = "  call void @other()\n";
+  auto Name = [&](const std::string &Body, bool InlinerFollows = true,
+                  const std::string &Rest = "") {
+    return Asked(voidWith(Body + CallAndStore + CallAndStore, Rest) + Small +
+                     Large,
+                 {7, 550, InlinerFollows})
+        .name();
+  };
+  EXPECT_EQ(Name(Other + Other), "AutoRing");
+  EXPECT_EQ(Name(Other + Other + Other), "AutoOtherCalls");
+  // What is inlined is no call any more, and what is not stays one.
+  const std::string Inlined = "  call void @small()\n";
+  EXPECT_EQ(Name(Other + Other + Inlined), "AutoRing");
+  EXPECT_EQ(Name(Other + Other + Inlined, /*InlinerFollows=*/false),
+            "AutoOtherCalls");
+  EXPECT_EQ(Name(Other + Other + "  call void @large()\n"), "AutoOtherCalls");
+  EXPECT_EQ(Name(Other + Other + "  call void %p()\n"), "AutoOtherCalls");
+  // Neither intrinsics nor what is done on the way to an abort.
+  EXPECT_EQ(Name(Other + Other +
+                 "  call void @llvm.assume(i1 true)\n"
+                 "  %c = call i1 @llvm.is.constant.i32(i32 %n)\n"),
+            "AutoRing");
+  EXPECT_EQ(Name(Other + Other +
+                     "  %c = icmp ugt i32 %n, 9\n"
+                     "  br i1 %c, label %fail, label %on\non:\n",
+                 true, "fail:\n" + Other + "  unreachable\n"),
+            "AutoRing");
+}
+
+TEST(AutoRingTest, FewCopiesOfAPath) {
+  const std::string Path = voidWith(R"(
+  %c = call i1 @more()
+  br i1 %c, label %left, label %right
+left:
+  call void @f(i32 %n, ptr %p)
+  store i32 %n, ptr %p
+  br label %exit
+right:
+  call void @f(i32 %n, ptr null)
+  store i32 0, ptr %p
+  br label %done
+done:)");
+  const Asked A(Path);
+  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
+  EXPECT_EQ(A.Plan.Copies, 2u);
+}
 
 TEST(AutoRefusalTest, VariableArguments) {
   EXPECT_EQ(Asked(Prelude + std::string(R"(

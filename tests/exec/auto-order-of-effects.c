@@ -6,15 +6,17 @@
 static jmp_buf Out;
 static int Budget;
 
+static void tell(const char *Format, int A, int B) { printf(Format, A, B); }
+
 static int trace(int N, int K) {
   static int Calls;
   if (N <= 0)
     return K + Calls;
-  printf("(%d.%d", N, ++Calls);
+  tell("(%d.%d", N, ++Calls);
   int A = trace(N - 1, K * 2 + 1);
-  printf(",%d", A % 10);
+  tell(",%d", A % 10, 0);
   int B = trace(N - 2, A % 7);
-  printf(")");
+  tell(")", 0, 0);
   return A * 3 - B;
 }
 

@@ -53,7 +53,7 @@ static uint32_t local(Node *N, uint32_t Seed) {
     return Trail;
   uint32_t Sum = 0;
   keep(&Sum, local(N->Left, Seed * 5));
-  keep(&Sum, N->Value);
+  Sum += N->Value;
   keep(&Sum, local(N->Right, Seed + 3));
   return Sum;
 }
