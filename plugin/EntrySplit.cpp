@@ -102,6 +102,9 @@ static Function &cloneRest(Function &F, const EntrySplit &Split) {
                     Returns);
   // It has taken over how F is seen from outside.
   Rest->setLinkage(GlobalValue::InternalLinkage);
+  // What is handed over may point to the same as the argument it comes from.
+  for (Argument &A : Rest->args())
+    A.removeAttr(Attribute::NoAlias);
 
   for (auto [I, Live] : enumerate(Split.LiveValues)) {
     Argument *HandedOver = Rest->getArg(F.arg_size() + I);

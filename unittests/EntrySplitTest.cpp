@@ -225,6 +225,23 @@ TEST(SplitEntryTest, TheHeadIsDoneByThoseWhoCall) {
   }
 }
 
+TEST(SplitEntryTest, WhatIsHandedOverMayAliasTheArguments) {
+  std::string Assembly =
+      working("  %q = getelementptr i32, ptr %p, i32 1\n" + Count,
+              Recurse + "  store i32 1, ptr %q\n");
+  const std::string Parameter = "ptr %p) personality";
+  Assembly.replace(Assembly.find(Parameter), Parameter.size(),
+                   "ptr noalias nonnull %p) personality");
+  TestModule TM(Assembly);
+  Function &F = TM.function("f");
+  const auto Split = findEntrySplit(F, 30, false);
+  ASSERT_TRUE(Split);
+  Function &Rest = splitEntry(F, *Split);
+  EXPECT_TRUE(F.getArg(1)->hasNoAliasAttr());
+  EXPECT_FALSE(Rest.getArg(1)->hasNoAliasAttr());
+  EXPECT_TRUE(Rest.getArg(1)->hasNonNullAttr());
+}
+
 TEST(SplitEntryTest, CallsThatMayThrow) {
   std::string Invoking = working(Count, R"(
   %m = sub i32 %n, 1
