@@ -24,7 +24,8 @@ What keeps programs free of undefined behaviour:
 - A call with side effects is a statement of its own, or stands next to operands
   that nothing else can change.
 - Everything is initialised, pointers lead to four u32 or nowhere, and none of
-  them outlives what it points to. Floating-point values shrink towards small
+  them outlives what it points to. Memory of a restrict pointer is handed over
+  at an entry and reached by nothing else; a level moves it on by three at most. Floating-point values shrink towards small
   numbers at each operation and never become NaN.
 - The number of activations is worked out while generating. Functions for which
   it is too large, or that call each other, burn fuel: a global counter,
@@ -56,6 +57,7 @@ FEATURES = {
     "byval": "structs that are passed and returned in memory",
     "varargs": "variadic functions",
     "pointers": "pointers to globals, to callers' locals, and null",
+    "restrict": "restrict pointers, and pointers computed from them",
     "callbacks": "pointers to functions as arguments",
     "pure": "functions without memory, and such that only write globals",
     "equal-calls": "several self calls with equal arguments",
@@ -89,6 +91,8 @@ DEFAULT_FEATURES = set(FEATURES)
 FUEL = 300
 MAX_UNFUELLED = 3000
 DEEP_LEVELS = (1000, 3000)
+# How many u32 a restrict pointer leads to at an entry.
+OWN_SIZE = 256
 # The most levels of a recursion that nothing ends, per number of self calls.
 PURE_LEVELS = {1: 40, 2: 10, 3: 6, 4: 5}
 
@@ -181,7 +185,9 @@ OWN_NAMES = re.compile(
 class Param:
     """An argument behind the recursion argument."""
     name: str
-    kind: str  # int, float, vec, small, mixed, large, pointer, callback
+    # int, float, vec, small, mixed, large, pointer, own (a restrict pointer),
+    # callback
+    kind: str
     type: str
 
 
@@ -274,6 +280,8 @@ class Generator:
                 choices.append(f"({name} ? {name}[{element}] : {element}u)")
             elif kind == "array" and not local:
                 choices.append(f"{name}[{self.rng.randrange(4)}]")
+            elif kind == "own" and not local:
+                choices.append(f"{name}[{self.rng.randrange(8)}]")
             elif kind == "float":
                 choices.append(f"(u32)({name} > {self.rng.randrange(9)}.0)")
         if not local:
@@ -369,6 +377,14 @@ class Generator:
                             if kind in ("pointer", "array")
                             and not (scope.no_locals and kind == "array")] * 3
             return self.rng.choice(choices)
+        if p.kind == "own":
+            # Another function's memory is reached through its own pointers.
+            based = [n for n in same if n.split("_")[0] == p.name]
+            if based:
+                return self.pick(*based, f"{p.name} + 1",
+                                 f"{p.name} + ({self.leaf(scope)} & 1)")
+            return (f"(u32 *)__builtin_memset(__builtin_alloca({OWN_SIZE * 4})"
+                    f", 1, {OWN_SIZE * 4})")
         if p.kind == "callback":
             choices = ["twist", "count", "plain"]
             return self.rng.choice(choices + same * 3 if not constant
@@ -448,6 +464,9 @@ class Generator:
 
     def effect(self, f, scope, lines):
         """One statement without a recursive call."""
+        if any(kind == "own" for _, kind in scope.values) and self.chance(0.3):
+            self.effect_on_own(scope, lines)
+            return
         roll = self.rng.randrange(14)
         e = self.expr(scope, 2)
         if roll <= 2:
@@ -508,6 +527,22 @@ class Generator:
             self.special(f, scope, lines)
         else:
             lines.append(f"MIX({e});")
+
+    def effect_on_own(self, scope, lines):
+        """A statement with memory that belongs to a restrict pointer."""
+        owns = [n for n, kind in scope.values if kind == "own"]
+        own = self.rng.choice(owns)
+        parameter = own.split("_")[0]
+        if not scope.frozen and self.chance(0.4):
+            own = self.name(f"{parameter}_")
+            lines.append(f"u32 *{own} = {parameter} + "
+                         f"{self.pick('1', '2', f'({self.leaf(scope)} & 3)')};")
+            scope.values.append((own, "own"))
+        if self.chance(0.3):
+            lines.append(f"MIX({own}[{self.rng.randrange(8)}]);")
+        else:
+            lines.append(f"{own}[{self.rng.randrange(8)}] "
+                         f"{self.pick('+=', '^=', '=')} {self.expr(scope, 1)};")
 
     def special(self, f, scope, lines):
         """A statement of the kind that is hard to copy."""
@@ -744,14 +779,14 @@ class Generator:
         for feature, kind in (("floats", "float"), ("vectors", "vec"),
                               ("structs", "small"), ("structs", "mixed"),
                               ("byval", "large"), ("pointers", "pointer"),
-                              ("pointers", "pointer"),
-                              ("callbacks", "callback")):
+                              ("pointers", "pointer"), ("restrict", "own"),
+                              ("restrict", "own"), ("callbacks", "callback")):
             if self.has(feature):
                 kinds.append(kind)
         kind = self.rng.choice(kinds)
         type_ = {"vec": "vec", "small": "struct Small",
                  "mixed": "struct Mixed", "large": "struct Large",
-                 "pointer": "u32 *", "callback": "Callback"}.get(kind)
+                 "pointer": "u32 *", "own": "u32 *__restrict", "callback": "Callback"}.get(kind)
         if kind == "int":
             type_ = self.rng.choice(INTS)
             if self.maybe("int128", 0.12):
@@ -761,7 +796,8 @@ class Generator:
                                   "_BitInt(100)")
         elif kind == "float":
             type_ = self.pick("float", "double", "double", "long double")
-        return Param(f"p{number}", kind, type_)
+        name = self.name("own") if kind == "own" else f"p{number}"
+        return Param(name, kind, type_)
 
     def make_function(self, index):
         r = self.rng
@@ -889,6 +925,10 @@ class Generator:
             scope.values.append((v, "int"))
         if self.may_point_to(f, "address", 0.06):
             lines.append(f"MIX({self.pointer_to(f)} == {f.name});")
+
+        for p in f.params:
+            if p.kind == "own" and self.chance(0.6):
+                self.effect_on_own(scope, lines)
 
         # The guard: a return, a switch, or everything else in its branch.
         style = self.rng.randrange(10)

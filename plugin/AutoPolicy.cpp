@@ -4,6 +4,7 @@
 #include "../host/InliningPlan.h"
 #include "../host/RecursionDepthEstimator.h"
 #include "../pass/InlineRecursion.h"
+#include "LoopHints.h"
 #include "Protection.h"
 #include "SelfCalls.h"
 #include "Verdict.h"
@@ -53,6 +54,12 @@ static constexpr unsigned MaxCopiesOfPath = 2;
 /// time with two copies, in 0.48 with three, and in 0.61 with four.
 /// One more where there are several self calls.
 static constexpr unsigned MaxCopiesInLoop = 3;
+
+/// A short loop of constant trip count is gone in each copy, so that a third
+/// one would be unrolled in every trip of every trip.  A count of knight's
+/// tours, eight moves at every square, runs 1.2 times as fast as plain with
+/// two.
+static constexpr unsigned MaxCopiesInUnrolledLoop = 2;
 
 /// Another matter is the loop that a tail call has become.  It takes nothing
 /// but registers to keep it going, and as long as those are few, copies of it
@@ -428,6 +435,18 @@ static bool excludeEachOther(ArrayRef<CallBase *> Calls,
          });
 }
 
+/// Is the loop around \p Call, a short one, unrolled even where a copy of it is
+/// in each of its trips?
+static bool isUnrolledInItself(const CallBase &Call, const LoopInfo &LI,
+                               ScalarEvolution &SE) {
+  const Loop *L = LI.getLoopFor(Call.getParent());
+  const unsigned Trips = SE.getSmallConstantTripCount(L);
+  // Left at its top, it makes the last trip for the test only.
+  const bool IsLeftAtTop = L->getHeader() != Call.getParent() &&
+                           SE.getSmallConstantTripCount(L, L->getHeader());
+  return isUnrolledInItself(*L, Trips - IsLeftAtTop);
+}
+
 /// Why a ring of \p F, which has no guard, is not worth the risk that its
 /// copies are entered for nothing.
 static std::optional<Verdict> findRisk(unsigned BodySize,
@@ -449,9 +468,11 @@ static std::optional<Verdict> findRisk(unsigned BodySize,
     return refuse(NoTest)
            << "no test stands in front of its self calls, neither at its entry "
               "nor at each of them";
-  // Such a loop is unrolled, as long as it is small.
+  // Such a loop is unrolled, as long as it is small.  Rolled copies of it in
+  // each other would take that away.
   if (any_of(Calls, [&](const CallBase *Call) {
-        return isInShortLoop(*Call, LI, SE);
+        return isInShortLoop(*Call, LI, SE) &&
+               !isUnrolledInItself(*Call, LI, SE);
       }))
     return refuse("AutoUnrolledLoop")
            << "the loop around its self call is worth more unrolled";
@@ -627,6 +648,10 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
       Nothing.LacksTest = LacksTest;
       return Nothing;
     }
+    if (any_of(Calls, [&](const CallBase *Call) {
+          return isInShortLoop(*Call, LI, SE);
+        }))
+      MaxCopies = std::min(MaxCopies, MaxCopiesInUnrolledLoop);
   }
 
   // The more copies the better, as long as they fit.

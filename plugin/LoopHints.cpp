@@ -72,15 +72,38 @@ static unsigned getTripCount(const Loop &L, ScalarEvolution &SE) {
   return Least;
 }
 
-/// Would \p L stay within bounds, \p TripCount times in a row?
-static bool isWorthUnrolling(const Loop &L, uint64_t TripCount) {
-  unsigned Size = 0, Branches = 0;
+namespace {
+/// Instructions and branches in a loop.
+struct LoopSize {
+  uint64_t Instructions = 0;
+  uint64_t Branches = 0;
+};
+} // namespace
+
+static LoopSize measure(const Loop &L) {
+  LoopSize Size;
   for (const BasicBlock *BB : L.blocks()) {
-    Size += BB->sizeWithoutDebug();
-    Branches += BB->getTerminator()->getNumSuccessors() > 1;
+    Size.Instructions += BB->sizeWithoutDebug();
+    Size.Branches += BB->getTerminator()->getNumSuccessors() > 1;
   }
-  return Size * TripCount <= UnrollLimit &&
-         Branches * TripCount <= MaxUnrolledBranches;
+  return Size;
+}
+
+/// Would a loop of \p Size stay within bounds, \p TripCount times in a row?
+static bool isWorthUnrolling(LoopSize Size, uint64_t TripCount) {
+  return Size.Instructions * TripCount <= UnrollLimit &&
+         Size.Branches * TripCount <= MaxUnrolledBranches;
+}
+
+bool llvm::inlinerecursion::isUnrolledInItself(const Loop &L,
+                                               uint64_t TripCount) {
+  if (!L.isInnermost() || TripCount < 2)
+    return false;
+  const LoopSize Trip = measure(L);
+  // Unrolled, the copy has no branch left that counts trips.
+  return isWorthUnrolling({Trip.Instructions * TripCount,
+                           Trip.Branches + (Trip.Branches - 1) * TripCount},
+                          TripCount);
 }
 
 PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
@@ -100,7 +123,7 @@ PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
   }
 
   if (L.getHeader()->getParent()->hasFnAttribute(CloneMark) &&
-      isWorthUnrolling(L, TripCount) && !hasUnrollTransformation(&L))
+      isWorthUnrolling(measure(L), TripCount) && !hasUnrollTransformation(&L))
     addStringMetadataToLoop(&L, "llvm.loop.unroll.full", 1);
   return PreservedAnalyses::all();
 }

@@ -731,8 +731,14 @@ TEST(AutoRefusalTest, WithoutAGuardIfItIsLarge) {
   EXPECT_EQ(Asked(scan("eq i32 %j, %n", 50)).name(), "AutoNoTest");
 }
 
+TEST(AutoRingTest, OfTwoCopiesIfBothLoopsAreUnrolled) {
+  const Asked A(scan("eq i32 %j, 8"));
+  EXPECT_EQ(A.name(), "AutoRing");
+  EXPECT_EQ(A.Plan.Copies, 2u);
+}
+
 TEST(AutoRefusalTest, ALoopToBeUnrolled) {
-  EXPECT_EQ(Asked(scan("eq i32 %j, 4")).name(), "AutoUnrolledLoop");
+  EXPECT_EQ(Asked(scan("eq i32 %j, 16")).name(), "AutoUnrolledLoop");
 }
 
 //===----------------------------------------------------------------------===//
