@@ -65,8 +65,11 @@ PreservedAnalyses CallRepairPass::run(Module &M, ModuleAnalysisManager &MAM) {
       if (!Call || Call->getCalledFunction() != &Copy)
         continue;
       completeAttributes(*Call, Copy);
-      if (!areInlineCompatible(*Call->getFunction(), Copy, FAM))
+      if (!areInlineCompatible(*Call->getFunction(), Copy, FAM)) {
+        // In a function that everything is to be inlined into (flatten).
+        Call->removeFnAttr(Attribute::AlwaysInline);
         Call->setIsNoInline();
+      }
     }
   }
   repairProfile(M, FAM);
