@@ -403,6 +403,22 @@ bool AutoPolicy::wantsLoopsFirst(const AutoBounds &Bounds) {
   });
 }
 
+std::optional<Accumulation>
+AutoPolicy::findSumToPass(const AutoBounds &Bounds) {
+  // A wrapper is left, which an inliner is to remove.
+  if (!Bounds.InlinerFollows || hasEqualCalls(F, findSelfCalls(F), FAM))
+    return std::nullopt;
+  std::optional<Accumulation> Sum =
+      findAccumulation(F, FAM.getResult<DominatorTreeAnalysis>(F));
+  if (!Sum)
+    return std::nullopt;
+  const RecursionPlan::Shape Kind = makePlan(Bounds).Kind;
+  // Constants make sums, too, in a chain and in leaves.
+  if (Kind != RecursionPlan::Ring && Kind != RecursionPlan::Split)
+    return std::nullopt;
+  return Sum;
+}
+
 /// Has each of \p Calls a test of its own in front of it, and may be made
 /// whether the others are or not?  Then the one who calls has made the test
 /// that a guard would make.

@@ -44,6 +44,7 @@
 #ifndef INLINERECURSION_PLUGIN_AUTOPOLICY_H
 #define INLINERECURSION_PLUGIN_AUTOPOLICY_H
 
+#include "AccumulatorPassing.h"
 #include "CallGuard.h"
 #include "CountedRecursion.h"
 #include "EntrySplit.h"
@@ -106,6 +107,11 @@ public:
   /// Is tail recursion elimination to be run on the function first?  The plan
   /// is then made for what is left.
   bool wantsLoopsFirst(const AutoBounds &Bounds);
+
+  /// The sum that the function is to hand on from call to call first, if the
+  /// plan for it is a ring, or leads to one.  A plan is then made for the
+  /// function that does.
+  std::optional<Accumulation> findSumToPass(const AutoBounds &Bounds);
 
   RecursionPlan makePlan(const AutoBounds &Bounds);
 

@@ -130,7 +130,8 @@ llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize,
 static void callInstead(Function &F, BasicBlock &Last, BasicBlock &Beyond,
                         Function &Target,
                         ArrayRef<Instruction *> HandedOver = {}) {
-  BasicBlock &Onward = createForwardingCall(F, Target, HandedOver);
+  const SmallVector<Value *, 4> More(HandedOver);
+  BasicBlock &Onward = createForwardingCall(F, Target, More);
   Instruction *Terminator = Last.getTerminator();
   for (unsigned I = 0; I != Terminator->getNumSuccessors(); ++I) {
     if (Terminator->getSuccessor(I) != &Beyond)

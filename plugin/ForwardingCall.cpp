@@ -9,7 +9,7 @@ using namespace llvm;
 
 BasicBlock &
 llvm::inlinerecursion::createForwardingCall(Function &F, Function &Target,
-                                            ArrayRef<Instruction *> More) {
+                                            ArrayRef<Value *> More) {
   BasicBlock *Block = BasicBlock::Create(F.getContext(), "onward", &F);
   IRBuilder<> Builder(Block);
   // A call of what may be inlined needs a location in a function that has some.

@@ -15,7 +15,7 @@ namespace llvm {
 
 class BasicBlock;
 class Function;
-class Instruction;
+class Value;
 
 namespace inlinerecursion {
 
@@ -23,7 +23,7 @@ namespace inlinerecursion {
 /// \p F takes and \p More behind it, no variable arguments, and returns what
 /// \p F returns.  Nothing leads to it yet.
 BasicBlock &createForwardingCall(Function &F, Function &Target,
-                                 ArrayRef<Instruction *> More = {});
+                                 ArrayRef<Value *> More = {});
 
 } // namespace inlinerecursion
 } // namespace llvm

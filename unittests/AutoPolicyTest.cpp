@@ -16,6 +16,7 @@ class Asked {
 public:
   explicit Asked(const std::string &Assembly, AutoBounds Bounds = Wide)
       : TM(Assembly), Policy(TM.function("f"), analyses()),
+        PassesSum(Policy.findSumToPass(Bounds)),
         LoopsFirst(Policy.wantsLoopsFirst(Bounds)),
         Plan(Policy.makePlan(Bounds)) {}
 
@@ -29,6 +30,7 @@ private:
   AutoPolicy Policy;
 
 public:
+  const bool PassesSum;
   const bool LoopsFirst;
   const RecursionPlan Plan;
   std::string name() const { return Plan.Decision.Name.str(); }
@@ -439,6 +441,79 @@ loop:
   br i1 %c, label %loop, label %out
 out:)");
   EXPECT_EQ(Asked(InLoop, {9, 5000, true}).Plan.Kind, RecursionPlan::Ring);
+}
+
+//===----------------------------------------------------------------------===//
+// Passed sums
+//===----------------------------------------------------------------------===//
+
+/// The sum of f at \p First and at \p Second, in which %n, %p and %m = %n - 1
+/// are known.
+std::string sumOf(const std::string &First, const std::string &Second) {
+  return Prelude + std::string(R"(
+define i32 @f(i32 %n, ptr %p) {
+entry:
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %rec
+rec:
+  %m = sub i32 %n, 1
+  %q = load ptr, ptr %p
+  store i32 %n, ptr @g
+  %a = call i32 @f()") +
+         First + R"()
+  %b = call i32 @f()" +
+         Second + R"()
+  %s = add i32 %a, %b
+  br label %exit
+exit:
+  %x = phi i32 [ 0, %entry ], [ %s, %rec ]
+  ret i32 %x
+}
+)";
+}
+
+TEST(AutoSumTest, PassedInARing) {
+  const AutoBounds Ring = {9, 900, /*InlinerFollows=*/true};
+  const std::string Halves = "i32 %h, ptr %q";
+  std::string Sum = sumOf(Halves, Halves);
+  Sum.insert(Sum.find("  %q ="), "  %h = lshr i32 %n, 1\n");
+  const Asked A(Sum, Ring);
+  EXPECT_TRUE(A.PassesSum);
+  EXPECT_EQ(A.name(), "AutoRing");
+  // Not without an inliner, and not if there is no ring.
+  EXPECT_FALSE(Asked(Sum, {9, 900, /*InlinerFollows=*/false}).PassesSum);
+  EXPECT_FALSE(Asked(Sum, {1, 900, /*InlinerFollows=*/true}).PassesSum);
+}
+
+TEST(AutoSumTest, NotWhereConstantsMakeIt) {
+  const AutoBounds Wide = {9, 900, /*InlinerFollows=*/true};
+  const Asked A(sumOf("i32 %m, ptr %q", "i32 %m, ptr %q"), Wide);
+  EXPECT_EQ(A.name(), "AutoLeaves");
+  EXPECT_FALSE(A.PassesSum);
+}
+
+TEST(AutoSumTest, NotWhereEqualCallsMerge) {
+  const AutoBounds Wide = {9, 900, /*InlinerFollows=*/true};
+  const Asked A(R"(
+define i32 @f(i32 %n) {
+entry:
+  %none = icmp slt i32 %n, 2
+  br i1 %none, label %exit, label %rec
+rec:
+  %m = sub i32 %n, 1
+  %l = sub i32 %n, 2
+  %a = call i32 @f(i32 %m)
+  %b = call i32 @f(i32 %l)
+  %s = add i32 %a, %b
+  br label %exit
+exit:
+  %x = phi i32 [ %n, %entry ], [ %s, %rec ]
+  ret i32 %x
+}
+)",
+                Wide);
+  EXPECT_EQ(A.name(), "AutoRing");
+  EXPECT_FALSE(A.PassesSum);
 }
 
 //===----------------------------------------------------------------------===//

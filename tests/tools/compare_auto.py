@@ -3,7 +3,7 @@ what it does.
 
     compare_auto.py --clang CLANG --plugin FILE --scratch DIR [--option OPTION ...]
                     [--chain NAME ...] [--leaf-chain NAME ...] [--ring NAME ...]
-                    [--split NAME ...] SOURCE ...
+                    [--split NAME ...] [--passed-sum NAME ...] SOURCE ...
 
 The reference is the program compiled by the plain compiler at -O2. Every build
 with the plugin, at the levels 0 and 4 and each of -O1, -O2 and -O3, must print
@@ -13,8 +13,9 @@ make one program. --option is for the plugin, as `-inlinerecursion-auto-copies=3
 A pass that does nothing keeps every program intact, so the test also says what
 has to happen: at level 0, where the pass itself takes little away from the
 policy, exactly the symbols --ring NAME are rebuilt as rings by the policy, the
-symbols --chain NAME as chains, the symbols --leaf-chain NAME as leaf chains and the
-symbols --split NAME as splits, as told by the plugin's remarks.
+symbols --chain NAME as chains, the symbols --leaf-chain NAME as leaf chains, the
+symbols --split NAME as splits, and the symbols --passed-sum NAME as passed sums, as
+told by the plugin's remarks.
 
 Programs run on 8 MB of stack, whatever the limit of the shell is. Prints the
 first difference and the command that shows it, and exits with 1.
@@ -29,7 +30,7 @@ import shlex
 import subprocess
 import sys
 
-SHAPES = "ring", "chain", "leaf-chain", "split"
+SHAPES = "ring", "chain", "leaf-chain", "split", "passed-sum"
 LEVELS = (0, 4)
 OPT_LEVELS = ("O1", "O2", "O3")
 MEMORY_LIMIT_BYTES = 6_000_000_000
@@ -85,8 +86,8 @@ def main():
     args = parser.parse_args()
     wished = {shape: set(getattr(args, shape)) for shape in SHAPES}
     if not any(wished.values()):
-        parser.error("--ring, --chain, --leaf-chain or --split says what the policy is to"
-                     " build")
+        parser.error(" or ".join(f"--{shape}" for shape in SHAPES)
+                     + " says what the policy is to build")
 
     compiler = [args.clang, "-w"]
     plugin = [f"-fpass-plugin={args.plugin}", "-Xclang", "-load", "-Xclang",
