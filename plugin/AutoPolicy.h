@@ -16,6 +16,9 @@
 /// run 2.6 times as fast as plain, at any height and in less code than a ring
 /// that makes 1.5 to 2.0 of it.
 ///
+/// Where results are added up, the sum is handed on from self call to self call
+/// first (AccumulatorPassing.h), unless constants or equal calls make more of it.
+///
 /// Otherwise a ring is asked for.  Four things make a ring pay, or not
 /// (figures: docs/what-it-tells.md):
 ///
