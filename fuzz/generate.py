@@ -61,6 +61,7 @@ FEATURES = {
     "callbacks": "pointers to functions as arguments",
     "pure": "functions without memory, and such that only write globals",
     "equal-calls": "several self calls with equal arguments",
+    "sums": "functions that do nothing with results but add them up",
     "deep": "recursion of thousands of levels",
     "frames": "large local variables",
     "indirect": "recursion and entries through a pointer to the function",
@@ -1045,6 +1046,9 @@ class Generator:
     def make_pure_body(self, f):
         """A function that reads and writes nothing but its own variables, or
         only writes globals; with f.fan self calls."""
+        if self.maybe("sums", 0.4):
+            self.make_sum_body(f)
+            return
         writes = self.chance(0.35)
         equal = self.maybe("equal-calls", 0.6)
         scope = Scope()
@@ -1090,6 +1094,68 @@ class Generator:
         total = self.pick(" + ", " + ", " - ").join(
             ["sum", *results, f"({self.expr(scope, 1)})"])
         lines.append(f"return ({f.returns})({total});")
+        f.body, f.fuelled = lines, False
+
+    def make_sum_body(self, f):
+        """A function that combines what its f.fan self calls return, and does
+        little else with it."""
+        scope = Scope()
+        scope.local = True
+        scope.values = [("n", "int"), *((p.name, "int") for p in f.params)]
+        writes = self.chance(0.6)
+        operator = self.pick("+", "+", "+", "+", "^", "*", "|", "&")
+        lines = [f"++Count[{f.index}];"] if writes and self.chance(0.5) else []
+        lines += [f"if ({self.guard(f)})", "{"]
+        self.leave(f, scope, lines)
+        lines += ["}", f"{f.returns} s = ({f.returns}){self.expr(scope, 1)};"]
+
+        def call():
+            return self.recursive_call(f, scope, [])[1]
+
+        def term():
+            return self.pick(f"A[{self.rng.randrange(16)}]", "(u32)Hash") \
+                if writes and self.chance(0.5) else self.expr(scope, 1)
+
+        left = f.fan
+        while left > 0:
+            if writes and self.chance(0.6):
+                lines.append(self.pick(
+                    f"A[{self.rng.randrange(16)}] += {self.expr(scope, 1)};",
+                    f"Hash = Hash * 31u + {self.expr(scope, 1)};"))
+            form = self.rng.randrange(9)
+            if form <= 2:
+                lines.append(f"s = s {operator} {call()};")
+            elif form == 3 and left >= 2:
+                lines.append(f"s = s {operator} ({call()} {operator} {call()});")
+                left -= 1
+            elif form == 4 and left >= 2:
+                i = self.name("i")
+                lines += [f"for (int {i} = 0; {i} < {left}; ++{i})", "{",
+                          f"s = s {operator} {call()};", "}"]
+                left = 1
+            elif form == 5:
+                lines += [f"if ({self.condition(scope)})",
+                          f"s = s {operator} {call()};"]
+                if self.chance(0.4):
+                    lines += ["else",
+                              f"s = s {operator} {self.expr(scope, 1)};"]
+            elif form == 6:
+                lines += [f"if ({self.condition(scope)})",
+                          f"return s {operator} {call()};"]
+            elif form == 7:
+                r = self.name("r")
+                lines += [f"{f.returns} {r} = {call()};",
+                          f"s = s {operator} {term()};",
+                          f"s = s {operator} {r};"]
+            else:
+                lines += [f"switch ({self.expr(scope, 1)} & 7)", "{",
+                          "case 0:", "case 3:", "break;", "case 5:",
+                          f"s = ({f.returns}){self.expr(scope, 1)};", "break;",
+                          "default:", f"s = s {operator} {call()};", "}"]
+            if self.chance(0.3):
+                lines.append(f"s = s {operator} {term()};")
+            left -= 1
+        lines.append("return s;")
         f.body, f.fuelled = lines, False
 
     def large_local(self, scope, lines):
