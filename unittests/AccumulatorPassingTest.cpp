@@ -126,6 +126,19 @@ TEST(AccumulatorPassingTest, WhatComesLaterIsAddedLater) {
             "acc a.sum ");
 }
 
+TEST(AccumulatorPassingTest, OnEitherSide) {
+  for (const char *Operands : {"%a, %v", "%v, %a"})
+    EXPECT_EQ(passed(summing("  %a = call i32 @f(i32 %m, ptr %p)\n"
+                             "  %v = load i32, ptr %p\n"
+                             "  %t = add i32 " +
+                             std::string(Operands) +
+                             "\n"
+                             "  %b = call i32 @f(i32 %m, ptr %p)\n"
+                             "  %s = add i32 %b, %t\n" +
+                             Last)),
+              "acc a.sum+v ");
+}
+
 TEST(AccumulatorPassingTest, AroundALoop) {
   const std::string Loop = R"(
   br label %loop
@@ -237,6 +250,24 @@ pad:
   resume { ptr, i32 } %l
 last:
   %s = phi i32 [ %t, %rec ], [ %o, %more ]
+  br label %exit
+)")));
+  // Nothing stands in front of what chooses a handler.
+  EXPECT_FALSE(canPass(summing(Two + R"(
+  %s = add i32 %a, %b
+  %o = invoke i32 @other(i32 %m) to label %more unwind label %choose
+more:
+  %o2 = invoke i32 @other(i32 %m) to label %last unwind label %clean
+choose:
+  %choice = catchswitch within none [label %handler] unwind label %clean
+handler:
+  %h = catchpad within %choice []
+  catchret from %h to label %last
+clean:
+  %t = phi i32 [ %s, %more ], [ %n, %choose ]
+  %c = cleanuppad within none []
+  cleanupret from %c unwind to caller
+last:
   br label %exit
 )")));
 }
