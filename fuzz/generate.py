@@ -1102,6 +1102,8 @@ class Generator:
         scope = Scope()
         scope.local = True
         scope.values = [("n", "int"), *((p.name, "int") for p in f.params)]
+        if f.returns == "int":  # sums wrap
+            f.returns = "u32"
         writes = self.chance(0.6)
         operator = self.pick("+", "+", "+", "+", "^", "*", "|", "&")
         lines = [f"++Count[{f.index}];"] if writes and self.chance(0.5) else []

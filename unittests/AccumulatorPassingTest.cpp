@@ -215,6 +215,25 @@ TEST(AccumulatorPassingTest, NotWhatIsUsedElsewhere) {
   EXPECT_FALSE(canPass(summing(Two + "  call i32 @f(i32 %m, ptr %p)\n" + Sum)));
 }
 
+TEST(AccumulatorPassingTest, NotByCallsOfAnotherKind) {
+  const std::string Sum = "  %s = add i32 %a, %b\n" + Last;
+  EXPECT_FALSE(
+      canPass(summing("  %a = call i32 (i32, ...) @f(i32 %m)\n"
+                      "  %b = call i32 (i32, ...) @f(i32 %m, i32 1)\n" +
+                          Sum,
+                      "i32 %n, ...")));
+  EXPECT_FALSE(canPass(
+      summing("  %a = call i32 @f(i32 %m, ptr %p)\n"
+              "  %b = call i32 @f(i32 %m, ptr %p) [ \"deopt\"(i32 1) ]\n" +
+              Sum)));
+  // Nothing reaches this one.
+  EXPECT_FALSE(canPass(summing(Two + Sum +
+                               "dead:\n"
+                               "  %c = call i32 @f(i32 %m, ptr %p)\n"
+                               "  %d = add i32 %d, %c\n"
+                               "  br label %dead\n")));
+}
+
 TEST(AccumulatorPassingTest, NotMoreArgumentsThanRegisters) {
   auto WithParameters = [](StringRef More) {
     std::string Calls;
