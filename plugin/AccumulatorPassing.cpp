@@ -1,6 +1,7 @@
 //===- AccumulatorPassing.cpp - Sums handed on from call to call ----------===//
 
 #include "AccumulatorPassing.h"
+#include "ExtendedCopy.h"
 #include "ForwardingCall.h"
 #include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
@@ -8,14 +9,10 @@
 #include "llvm/IR/Dominators.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
-#include "llvm/Transforms/Utils/Cloning.h"
 #include "llvm/Transforms/Utils/Local.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
-
-/// As many arguments as are passed in registers, on most targets.
-static constexpr unsigned MaxArguments = 6;
 
 //===----------------------------------------------------------------------===//
 // Finding
@@ -261,22 +258,9 @@ private:
 
 Function &llvm::inlinerecursion::passAccumulator(Function &F,
                                                  const Accumulation &Sum) {
-  SmallVector<Type *, 8> Types(F.getFunctionType()->params());
-  Types.push_back(F.getReturnType());
-  Function &Copy = *Function::Create(
-      FunctionType::get(F.getReturnType(), Types, /*isVarArg=*/false),
-      F.getLinkage(), F.getAddressSpace(), F.getName() + ".recurse.sum",
-      F.getParent());
   ValueToValueMapTy Copied;
-  for (auto [Old, New] : zip(F.args(), Copy.args())) {
-    New.setName(Old.getName());
-    Copied[&Old] = &New;
-  }
-  SmallVector<ReturnInst *, 4> Returns;
-  CloneFunctionInto(&Copy, &F, Copied,
-                    CloneFunctionChangeType::LocalChangesOnly, Returns);
-  // It has taken over how F is seen from outside.
-  Copy.setLinkage(GlobalValue::InternalLinkage);
+  Function &Copy =
+      createExtendedCopy(F, F.getReturnType(), ".recurse.sum", Copied);
   Copy.removeRetAttr(Attribute::NoUndef);
   for (Argument &A : Copy.args())
     A.removeAttr(Attribute::Returned);

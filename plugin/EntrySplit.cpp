@@ -1,6 +1,7 @@
 //===- EntrySplit.cpp - What a recursion does before its test -------------===//
 
 #include "EntrySplit.h"
+#include "ExtendedCopy.h"
 #include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
@@ -11,9 +12,6 @@
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
-
-/// As many arguments as are passed in registers, on most targets.
-static constexpr unsigned MaxArguments = 6;
 
 /// The blocks that can be reached from \p From, with it.
 static SmallPtrSet<const BasicBlock *, 16> findReachable(BasicBlock *From) {
@@ -85,23 +83,11 @@ llvm::inlinerecursion::findEntrySplit(Function &F, unsigned MaxSize,
 
 /// A copy of \p F that begins beyond the head of \p Split.
 static Function &cloneRest(Function &F, const EntrySplit &Split) {
-  SmallVector<Type *, 8> Types(F.getFunctionType()->params());
+  SmallVector<Type *, 4> Types;
   for (const Instruction *Live : Split.LiveValues)
     Types.push_back(Live->getType());
-  Function *Rest = Function::Create(
-      FunctionType::get(F.getReturnType(), Types, /*isVarArg=*/false),
-      F.getLinkage(), F.getAddressSpace(), F.getName() + ".recurse.rest",
-      F.getParent());
   ValueToValueMapTy VMap;
-  for (auto [Old, New] : zip(F.args(), Rest->args())) {
-    New.setName(Old.getName());
-    VMap[&Old] = &New;
-  }
-  SmallVector<ReturnInst *, 4> Returns;
-  CloneFunctionInto(Rest, &F, VMap, CloneFunctionChangeType::LocalChangesOnly,
-                    Returns);
-  // It has taken over how F is seen from outside.
-  Rest->setLinkage(GlobalValue::InternalLinkage);
+  Function *Rest = &createExtendedCopy(F, Types, ".recurse.rest", VMap);
   // What is handed over may point to the same as the argument it comes from.
   for (Argument &A : Rest->args())
     A.removeAttr(Attribute::NoAlias);
