@@ -25,8 +25,9 @@ What keeps programs free of undefined behaviour:
   that nothing else can change.
 - Everything is initialised, pointers lead to four u32 or nowhere, and none of
   them outlives what it points to. Memory of a restrict pointer is handed over
-  at an entry and reached by nothing else; a level moves it on by three at most. Floating-point values shrink towards small
-  numbers at each operation and never become NaN.
+  at an entry and reached by nothing else; a level moves it on by three at most.
+  Floating-point values shrink towards small numbers at each operation and never
+  become NaN.
 - The number of activations is worked out while generating. Functions for which
   it is too large, or that call each other, burn fuel: a global counter,
   refilled at each entry from main, without which they return. Functions of the
@@ -787,7 +788,8 @@ class Generator:
         kind = self.rng.choice(kinds)
         type_ = {"vec": "vec", "small": "struct Small",
                  "mixed": "struct Mixed", "large": "struct Large",
-                 "pointer": "u32 *", "own": "u32 *__restrict", "callback": "Callback"}.get(kind)
+                 "pointer": "u32 *", "own": "u32 *__restrict",
+                 "callback": "Callback"}.get(kind)
         if kind == "int":
             type_ = self.rng.choice(INTS)
             if self.maybe("int128", 0.12):
