@@ -30,6 +30,12 @@ static cl::opt<unsigned> MaxInstsPerModule(
     cl::desc("Largest size of all specialised clones made in one module, with "
              "what is inlined into them (instructions)"));
 
+static cl::opt<unsigned> MaxUnaskedGrowth(
+    "inline-recursion-max-unasked-growth", cl::init(200), cl::Hidden,
+    cl::desc("Largest size of the specialised clones of rings that no source "
+             "asked for, with what is inlined into them (percent of the "
+             "module)"));
+
 static cl::opt<unsigned> MaxInlinedSize(
     "inline-recursion-specialized-inline-size", cl::init(300), cl::Hidden,
     cl::desc("Largest size, with what is inlined into it, of a specialised "
@@ -39,6 +45,7 @@ static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
 static constexpr StringLiteral CloneSuffix = ".recurse.clone";
 static constexpr StringLiteral EligibleMark =
     "specialize-inline-recursion-function-eligible";
+static constexpr StringLiteral Request = "specialize-inline-recursion-function";
 
 /// Copies that call each other in a circle.
 using Ring = SetVector<Function *>;
@@ -287,17 +294,26 @@ namespace {
 /// Specialises the calls into one ring.
 class RingSpecializer {
 public:
-  /// \p SizeLeft is what the module's budget still holds, in instructions.
+  /// \p SizeLeft is what the budget still holds, in instructions; nothing is
+  /// taken from it if nothing is specialised.  With \p WholeOrNothing that is
+  /// the case as soon as any call finds the budget spent.
   RingSpecializer(Function *Entry, const std::set<CallInst *> &Excluded,
-                  unsigned &SizeLeft)
+                  unsigned &SizeLeft, bool WholeOrNothing)
       : Members(findAlike(findRing(Entry, /*OnlyEligible=*/false), Entry)),
-        Pattern(Entry), Excluded(Excluded), SizeLeft(SizeLeft) {}
+        Pattern(Entry), Excluded(Excluded), SizeLeft(SizeLeft),
+        WholeOrNothing(WholeOrNothing) {}
 
   /// Redirects \p Calls, which enter the ring, and all that follows from them.
   /// Returns true if any call was redirected.
   bool run(const SetVector<CallInst *> &Calls);
 
 private:
+  /// Makes \p Call, which passes \p Tuple, call \p Clone.
+  void redirect(CallInst &Call, Function &Clone, const ArgumentTuple &Tuple);
+
+  /// Everything as it was before.
+  void undo();
+
   /// The specialisation for \p Tuple, made on first request; null if a budget
   /// is spent.
   Function *getSpecialization(const ArgumentTuple &Tuple);
@@ -310,6 +326,14 @@ private:
   Function *const Pattern;
   const std::set<CallInst *> &Excluded;
   unsigned &SizeLeft;
+  const bool WholeOrNothing;
+  struct Redirection {
+    CallInst *Call;
+    Function *Callee;
+    AttributeList Attributes;
+  };
+  /// How the calls were, for undo().
+  SmallVector<Redirection, 0> Redirected;
   std::map<ArgumentTuple, Function *> Specializations;
   /// The same in the order of making.
   SmallVector<Function *, 0> Clones;
@@ -423,10 +447,30 @@ Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
   return Clone;
 }
 
+void RingSpecializer::redirect(CallInst &Call, Function &Clone,
+                               const ArgumentTuple &Tuple) {
+  Redirected.push_back({&Call, Call.getCalledFunction(), Call.getAttributes()});
+  Call.setCalledFunction(&Clone);
+  if (replacesPointer(Tuple) &&
+      Call.getAttributes().hasFnAttr(Attribute::Memory))
+    Call.setMemoryEffects(
+        withoutArguments(Call.getAttributes().getMemoryEffects()));
+}
+
+void RingSpecializer::undo() {
+  for (const Redirection &R : Redirected) {
+    R.Call->setCalledFunction(R.Callee);
+    R.Call->setAttributes(R.Attributes);
+  }
+  // Now they only call the ring, and nobody calls them.
+  for (Function *Clone : Clones)
+    Clone->eraseFromParent();
+}
+
 bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
   if (!isSpecializable(*Pattern))
     return false;
-  bool Changed = false;
+  const unsigned SizeBefore = SizeLeft;
   Worklist.assign(Calls.begin(), Calls.end());
   while (!Worklist.empty()) {
     CallInst *Call = Worklist.front();
@@ -437,17 +481,32 @@ bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
     if (!hasConstant(Tuple))
       continue;
     if (Function *Clone = getSpecialization(Tuple)) {
-      Call->setCalledFunction(Clone);
-      if (replacesPointer(Tuple) &&
-          Call->getAttributes().hasFnAttr(Attribute::Memory))
-        Call->setMemoryEffects(
-            withoutArguments(Call->getAttributes().getMemoryEffects()));
-      Changed = true;
+      redirect(*Call, *Clone, Tuple);
+    } else if (WholeOrNothing) {
+      undo();
+      SizeLeft = SizeBefore;
+      return false;
     }
   }
   // Callees are made after their callers, but for those that close a cycle.
   planInlining(Clones, MaxInlinedSize, SizeLeft);
-  return Changed;
+  return !Redirected.empty();
+}
+
+/// Did nobody ask for the ring that the copy \p F stands in?
+static bool isUnasked(const Function &F) {
+  return F.getFnAttribute(Request).getValueAsString() == FoundRequest;
+}
+
+/// The instructions of the program as it was written.  Functions that copies
+/// are not to be made of carry the mark as well; only the name tells them from
+/// copies.
+static uint64_t getSizeWithoutCopies(const Module &M) {
+  uint64_t Size = 0;
+  for (const Function &F : M)
+    if (!F.getName().contains(CloneSuffix))
+      Size += getCodeSize(F);
+  return Size;
 }
 
 bool FunctionSpecializeAction::transform(
@@ -455,6 +514,8 @@ bool FunctionSpecializeAction::transform(
     const std::set<CallInst *> &Excluded) {
   bool Changed = false;
   unsigned SizeLeft = MaxInstsPerModule;
+  unsigned UnaskedLeft = std::min<uint64_t>(
+      SizeLeft, getSizeWithoutCopies(M) * MaxUnaskedGrowth / 100);
   // The map and its sets are ordered by address; the module's order gives the
   // same result on every machine.
   for (Function &F : M) {
@@ -466,7 +527,19 @@ bool FunctionSpecializeAction::transform(
       if (auto *Call = dyn_cast<CallInst>(U))
         if (CallsOfF->second.count(Call))
           Calls.insert(Call);
-    Changed |= RingSpecializer(&F, Excluded, SizeLeft).run(Calls);
+
+    if (!isUnasked(F)) {
+      Changed |= RingSpecializer(&F, Excluded, SizeLeft,
+                                 /*WholeOrNothing=*/false)
+                     .run(Calls);
+      continue;
+    }
+    const unsigned Allowed = std::min(SizeLeft, UnaskedLeft);
+    unsigned Left = Allowed;
+    Changed |=
+        RingSpecializer(&F, Excluded, Left, /*WholeOrNothing=*/true).run(Calls);
+    SizeLeft -= Allowed - Left;
+    UnaskedLeft -= Allowed - Left;
   }
   return Changed;
 }

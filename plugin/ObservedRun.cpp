@@ -1,6 +1,7 @@
 //===- ObservedRun.cpp - One run of the pass, with its reasons ------------===//
 
 #include "ObservedRun.h"
+#include "../host/FunctionSpecializeAction.h"
 #include "CloneChain.h"
 #include "Requests.h"
 #include "llvm/ADT/SetVector.h"

@@ -1,6 +1,7 @@
 //===- Requests.cpp - Who asks for a ring ---------------------------------===//
 
 #include "Requests.h"
+#include "../host/FunctionSpecializeAction.h"
 #include "../pass/InlineRecursion.h"
 #include "Protection.h"
 #include "Remarks.h"

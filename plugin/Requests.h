@@ -11,7 +11,7 @@
 /// accept if they asked, unless the source wishes for no copies (see
 /// Protection.h), a self call stands in a loop that the compiler unrolls, or
 /// there are several self calls and no constant enters from outside. The
-/// attribute's value tells the two apart.
+/// attribute's value (FoundRequest) tells the two apart.
 ///
 /// A request is withdrawn, with a remark, in two cases:
 ///
@@ -33,9 +33,6 @@
 
 namespace llvm {
 namespace inlinerecursion {
-
-/// The attribute's value where nobody asked.
-constexpr StringLiteral FoundRequest = "found";
 
 /// Is `inlinerecursion-find-requests` given on the command line?
 bool isFindingRequestsEnabled();

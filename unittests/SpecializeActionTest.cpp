@@ -202,6 +202,7 @@ TEST_F(SpecializeActionTest, LimitsByDefault) {
   EXPECT_EQ(getOption<unsigned>("inline-recursion-max-specializations"), 256u);
   EXPECT_EQ(getOption<unsigned>("inline-recursion-max-specialized-size"),
             10000u);
+  EXPECT_EQ(getOption<unsigned>("inline-recursion-max-unasked-growth"), 200u);
   EXPECT_EQ(getOption<unsigned>("inline-recursion-specialized-inline-size"),
             300u);
 }
@@ -329,6 +330,125 @@ TEST_F(SpecializeActionTest, TheSizeIsCountedForTheWholeModule) {
   Selection Selected = Action.selectCI(TM.module(), true);
   EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
   EXPECT_EQ(countSpecialized(TM), 1u);
+}
+
+/// As remainder(), of a ring that was found.
+std::string foundRemainder(const std::string &Name, unsigned Divisor) {
+  const std::string Request = "\"specialize-inline-recursion-function\"";
+  std::string Text = remainder(Name, Divisor);
+  Text.insert(Text.find(Request) + Request.size(), "=\"found\"");
+  return Text;
+}
+
+TEST_F(SpecializeActionTest, AFoundRingIsSpecializedAsAWholeOrNotAtAll) {
+  // f has seven instructions and main two.  Seven specialisations are left of
+  // two instructions each, and f must still fit behind them.
+  for (const auto &[Growth, Expected] :
+       {std::pair(0u, 0u), {100u, 0u}, {233u, 0u}, {234u, 8u}}) {
+    TestModule TM(foundRemainder("f", 8) + entry("main", "f", 7));
+    buildRings(TM);
+    const std::string Before = TM.text();
+    ScopedOption<unsigned> Limit("inline-recursion-max-unasked-growth", Growth);
+    FunctionSpecializeAction Action;
+    Selection Selected = Action.selectCI(TM.module(), true);
+    EXPECT_EQ(Action.transform(TM.module(), Selected, {}), Expected != 0);
+    EXPECT_EQ(countSpecialized(TM), Expected) << Growth;
+    EXPECT_TRUE(TM.isValid());
+    if (Expected == 0) {
+      EXPECT_EQ(TM.text(), Before);
+    }
+  }
+}
+
+TEST_F(SpecializeActionTest, AFoundRingIsNotCutOffByTheLimitOnClones) {
+  for (const auto &[Clones, Expected] : {std::pair(7u, 0u), {8u, 8u}}) {
+    TestModule TM(foundRemainder("f", 8) + entry("main", "f", 7));
+    buildRings(TM);
+    ScopedOption<unsigned> Growth("inline-recursion-max-unasked-growth", 1000);
+    ScopedOption<unsigned> Limit("inline-recursion-max-specializations",
+                                 Clones);
+    FunctionSpecializeAction Action;
+    Selection Selected = Action.selectCI(TM.module(), true);
+    EXPECT_EQ(Action.transform(TM.module(), Selected, {}), Expected != 0);
+    EXPECT_EQ(countSpecialized(TM), Expected);
+  }
+}
+
+TEST_F(SpecializeActionTest, WhatIsUndonePromisesWhatItPromisedBefore) {
+  TestModule TM(R"(@table = global [8 x i32] zeroinitializer
+define i32 @f(i32 %n, ptr %p) "specialize-inline-recursion-function"="found" {
+  %rem = urem i32 %n, 8
+  %done = icmp eq i32 %rem, 0
+  br i1 %done, label %base, label %recurse
+base:
+  %x = load i32, ptr %p
+  ret i32 %x
+recurse:
+  %less = sub i32 %n, 1
+  %r = call i32 @f(i32 %less, ptr %p) memory(argmem: read)
+  ret i32 %r
+}
+define i32 @main() {
+  %r = call i32 @f(i32 7, ptr @table) memory(argmem: read)
+  ret i32 %r
+}
+)");
+  buildRings(TM);
+  const std::string Before = TM.text();
+  ScopedOption<unsigned> Limit("inline-recursion-max-unasked-growth", 150);
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_FALSE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_EQ(TM.text(), Before);
+}
+
+TEST_F(SpecializeActionTest, WhatIsNotSpecializedTakesNothingFromTheLimit) {
+  // f would need 21 of 18 instructions, g 11.
+  TestModule TM(foundRemainder("f", 8) + foundRemainder("g", 8) +
+                entry("a", "f", 7) + entry("b", "g", 2));
+  buildRings(TM);
+  ScopedOption<unsigned> Limit("inline-recursion-max-unasked-growth", 100);
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_EQ(countSpecialized(TM), 3u);
+  EXPECT_THAT(TM.calleesOf("a"), ElementsAre("f.recurse.clone"));
+  EXPECT_THAT(TM.calleesOf("b"), ElementsAre("g.specialized.2"));
+}
+
+TEST_F(SpecializeActionTest, FoundRingsShareWhatTheModuleMayGrow) {
+  TestModule TM(foundRemainder("f", 8) + foundRemainder("g", 8) +
+                entry("a", "f", 4) + entry("b", "g", 4));
+  buildRings(TM);
+  ScopedOption<unsigned> Limit("inline-recursion-max-unasked-growth", 100);
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_EQ(countSpecialized(TM), 5u);
+  EXPECT_THAT(TM.calleesOf("b"), ElementsAre("g.recurse.clone"));
+}
+
+TEST_F(SpecializeActionTest, ARequestInTheSourceGetsMoreThanAFoundRing) {
+  TestModule TM(remainder("f", 8) + foundRemainder("g", 8) +
+                entry("a", "f", 7) + entry("b", "g", 7));
+  buildRings(TM);
+  ScopedOption<unsigned> Limit("inline-recursion-max-unasked-growth", 0);
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_TRUE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_EQ(countSpecialized(TM), 8u);
+  EXPECT_THAT(TM.calleesOf("b"), ElementsAre("g.recurse.clone"));
+}
+
+TEST_F(SpecializeActionTest, FoundRingsAreBoundedByTheLimitOfTheModuleToo) {
+  TestModule TM(foundRemainder("f", 8) + entry("main", "f", 7));
+  buildRings(TM);
+  ScopedOption<unsigned> Growth("inline-recursion-max-unasked-growth", 1000);
+  ScopedOption<unsigned> Limit("inline-recursion-max-specialized-size", 20);
+  FunctionSpecializeAction Action;
+  Selection Selected = Action.selectCI(TM.module(), true);
+  EXPECT_FALSE(Action.transform(TM.module(), Selected, {}));
+  EXPECT_EQ(countSpecialized(TM), 0u);
 }
 
 /// The number of specialisations, at most three, of a ring @f(i32 n, i32 m)
