@@ -385,15 +385,17 @@ base:
   ret i32 %x
 recurse:
   %less = sub i32 %n, 1
-  %r = call i32 @f(i32 %less, ptr %p) memory(argmem: read)
+  %r = call i32 @f(i32 %less, ptr %p)
   ret i32 %r
 }
 define i32 @main() {
-  %r = call i32 @f(i32 7, ptr @table) memory(argmem: read)
+  %r = call i32 @f(i32 7, ptr @table)
   ret i32 %r
 }
 )");
   buildRings(TM);
+  firstCall(TM, "main")
+      ->setMemoryEffects(MemoryEffects::argMemOnly(ModRefInfo::Ref));
   const std::string Before = TM.text();
   ScopedOption<unsigned> Limit("inline-recursion-max-unasked-growth", 150);
   FunctionSpecializeAction Action;
