@@ -288,6 +288,19 @@ def cost_section(results):
                            percent(r["total"] / r["plain"]),
                            percent(1 + sum(r["passes"].values()) / r["plain"])]
                           for r in part["count"]])]
+    if part.get("total"):
+        blocks += [paragraph("Instructions to compile all units:"),
+                   table(["code base", "units", "-O", "level", "plain",
+                          "with plugin", "unit with most", "", "text, plain",
+                          "text"],
+                         [[r["code base"], r["units"], r["optimisation"],
+                           r["level"], r["plain"],
+                           percent(r["total"] / r["plain"]),
+                           r["most"]["unit"],
+                           percent(r["most"]["total"] / r["most"]["plain"]),
+                           r["plain text"],
+                           percent(r["text"] / r["plain text"])]
+                          for r in part["total"]])]
     if part.get("time"):
         levels = list(part["time"][0]["levels"])
         blocks += [paragraph("User seconds to compile all units. Plain is measured "

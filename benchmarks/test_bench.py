@@ -302,12 +302,18 @@ class Report(unittest.TestCase):
             "count": [{"code base": "b", "unit": "u.c", "optimisation": "2",
                        "level": 0, "plain": 1000, "total": 1010,
                        "passes": {"One": 3, "Two": 2}}],
+            "total": [{"code base": "b", "units": 7, "optimisation": "3",
+                       "level": 0, "plain": 4000, "total": 4080,
+                       "plain text": 800, "text": 816,
+                       "most": {"unit": "u.c", "plain": 100, "total": 107}}],
             "time": [{"code base": "b", "units": 7, "optimisation": "2",
                       "plain": 2.0, "plain again": 1.99,
                       "levels": {"0": 2.02},
                       "text": {"plain": 1000, "levels": {"0": 1030}}}]}}))
         self.assertRegex(text, r"\| -load +\| +1200 \| +200 \|")
         self.assertRegex(text, r"\| +\+1\.00 % \| +\+0\.50 % \|")
+        self.assertRegex(text, r"\| +4000 \| +\+2\.00 % \| +u\.c \| "
+                               r"+\+7\.00 % \| +800 \| +\+2\.00 % \|")
         self.assertRegex(text, r"\| +2\.000 \| +-0\.50 % \| +\+1\.00 % "
                                r"\| +1000 \| +\+3\.00 % \|")
 

@@ -1,6 +1,6 @@
 """What the plugin adds to compile time.
 
-Three measurements, from exact to real:
+Four measurements, from exact to real:
 
 start  Instructions to compile a file with next to nothing in it: what loading
        the library, its relocations and its options cost each compilation.
@@ -10,6 +10,8 @@ count  Instructions to compile the code bases' sample units, with and without
        others find computed, or have to compute again, and code that is there
        because of the plugin.  Counted by callgrind, which is some hundred times
        slower than the compiler; hence a sample.
+total  Instructions to compile all units, on demand, and their machine code.
+       Cachegrind counts them, in half of callgrind's time.
 time   User time to compile all units: the sum of the units' medians, over rounds
        in which all variants of a unit run in turn, on one processor.  The plain
        compiler takes part twice; how far it is from itself is the error.  And the
@@ -21,6 +23,7 @@ import re
 import statistics
 import subprocess
 import tempfile
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from builds import (COMPILER, BuildFailure, Variant, compile_command,
@@ -107,6 +110,53 @@ def measure_counts(base, sources, variants, progress):
                              "total": total, "passes": passes})
                 progress(f"{base.name}: level {variant.level}: "
                          f"{percent(total, expected)}")
+    return rows
+
+
+# --- Counting all of them ----------------------------------------------------
+
+
+def count_total(base, sources, unit, variant):
+    """Instructions to compile a unit, and its machine code."""
+    with tempfile.TemporaryDirectory() as temporary:
+        command = compile_command(base, variant, unit,
+                                  Path(temporary) / "unit.o")
+        done = run_tool(["valgrind", "--tool=cachegrind", "--cache-sim=no",
+                         "--cachegrind-out-file=/dev/null", *command], sources)
+        count = re.search(r"I\s+refs:\s+([\d,]+)", done.stdout)
+        if done.returncode or not count:
+            raise BuildFailure(f"failed under valgrind: {' '.join(command)}\n"
+                               f"  {done.stdout.strip()[-500:]}")
+        return (int(count[1].replace(",", "")),
+                measure_text(Path(temporary) / "unit.o"))
+
+
+def measure_totals(base, sources, variants, jobs, progress):
+    rows = []
+    for plain, levels in variants:
+        progress(f"{base.name}: counting instructions for all units at "
+                 f"-O{plain.optimisation}")
+        units = find_all_units(base, sources)
+
+        def count_all(variant):
+            with ThreadPoolExecutor(jobs) as pool:
+                return list(pool.map(
+                    lambda unit: count_total(base, sources, unit, variant),
+                    units))
+
+        expected, plain_text = zip(*count_all(plain))
+        for variant in levels:
+            counts, text = zip(*count_all(variant))
+            most = max(range(len(units)),
+                       key=lambda unit: counts[unit] / expected[unit])
+            rows.append({"code base": base.name, "units": len(units),
+                         "optimisation": plain.optimisation,
+                         "level": variant.level, "plain": sum(expected),
+                         "total": sum(counts), "plain text": sum(plain_text),
+                         "text": sum(text),
+                         "most": {"unit": str(Path(units[most]).name),
+                                  "plain": expected[most],
+                                  "total": counts[most]}})
     return rows
 
 
@@ -202,6 +252,18 @@ def print_counts(rows):
                   f"{percent(total, plain)}")
 
 
+def print_totals(rows):
+    print("\ntotal: instructions to compile all units")
+    for row in rows:
+        most = row["most"]
+        print(f"  {row['code base']:10} -O{row['optimisation']} "
+              f"{row['units']:3} units  level {row['level']}  plain "
+              f"{row['plain']:17,}  {percent(row['total'], row['plain']):>10}  "
+              f"at most {percent(most['total'], most['plain'])} "
+              f"({most['unit']})  text {row['plain text']:,} "
+              f"{percent(row['text'], row['plain text'])}")
+
+
 def print_times(rows):
     print("\ntime: user seconds to compile all units, sums of medians")
     for row in rows:
@@ -248,6 +310,13 @@ def measure_cost(options, packages, plugin, progress, save):
                                                variants, progress)
             save(results)
         print_counts(results["count"])
+    if options.count_all:
+        results["total"] = []
+        for base in options.bases:
+            results["total"] += measure_totals(base, sources[base.name],
+                                               variants, options.jobs, progress)
+            save(results)
+        print_totals(results["total"])
     if not options.no_time:
         os.sched_setaffinity(0, {options.cpu})
         results["time"] = []
