@@ -62,8 +62,21 @@ def nanoseconds_per_call(row, label):
     return seconds * 1e9 / row["calls"] if seconds and row["calls"] else None
 
 
+def neighbours(rows):
+    """The rows of the longest run of consecutive inputs, at least three; all of
+    them if there is none."""
+    numbers = {int(row["input"]): row for row in rows if row["input"].isdigit()}
+    runs = []
+    for number in sorted(numbers):
+        if number - 1 not in numbers:
+            runs.append([])
+        runs[-1].append(numbers[number])
+    longest = max(runs, key=len, default=[])
+    return longest if len(longest) >= 3 else rows
+
+
 def swing(rows, label):
-    """Worst over best time per call over the inputs of one kernel."""
+    """Worst over best time per call over rows of one kernel."""
     times = [t for row in rows
              if (t := nanoseconds_per_call(row, label)) is not None]
     return max(times) / min(times) if len(times) > 1 else None

@@ -210,10 +210,11 @@ def swing_section(results):
     """Per kernel: worst over best time per call."""
     part = results["run"]
     labels = labels_of(part)
-    lines = [[name, len(group)] +
+    compared = {name: figures.neighbours(group)
+                for name, group in figures.by_kernel(part["rows"]).items()}
+    lines = [[name, " ".join(row["input"] for row in group)] +
              [number(figures.swing(group, label)) for label in labels]
-             for name, group in figures.by_kernel(part["rows"]).items()
-             if len(group) > 1]
+             for name, group in compared.items() if len(group) > 1]
     return [table(["worst/best", "inputs", *labels], lines)] if lines else []
 
 
@@ -357,8 +358,12 @@ def run_blocks(results):
     if swing:
         blocks += [heading(3, "Neighbouring inputs"),
                    paragraph("The worst time per call over the best one, across "
-                             "the inputs of a kernel. Calls are those of the "
-                             "source program, counted by a build of its own."),
+                             "the longest run of consecutive inputs of a kernel, "
+                             "or all of them where there is none. Inputs of the "
+                             "class bounded, and starts of rings that are "
+                             "constants, are compiled in: another one is another "
+                             "program. Calls are those of the source program, "
+                             "counted by a build of its own."),
                    *swing]
     return blocks + [
         heading(3, "Size and compile time of the kernels"),

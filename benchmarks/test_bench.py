@@ -53,6 +53,16 @@ class Figures(unittest.TestCase):
                          "SLOWER: k 5 at L1 takes 10.0 % more time than plain "
                          "clang")
 
+    def test_neighbours_are_consecutive(self):
+        def chosen(*inputs):
+            return [r["input"] for r in
+                    figures.neighbours([{"input": i} for i in inputs])]
+        self.assertEqual(chosen("9", "4000", "11", "10", "1", "2"),
+                         ["9", "10", "11"])
+        self.assertEqual(chosen("32", "64", "65", "256"),
+                         ["32", "64", "65", "256"])
+        self.assertEqual(chosen("12,7,3", "12,8,3"), ["12,7,3", "12,8,3"])
+
     def test_swing_is_per_call(self):
         rows = [row(calls=1000, clang=1.0), row(calls=2000, clang=3.0)]
         self.assertAlmostEqual(figures.swing(rows, "clang"), 1.5)

@@ -1,5 +1,5 @@
 // class: unbounded
-// sweep: argument 1000 500 2000 4000
+// sweep: argument 1000 500 1001 1002 2000 4000
 //
 // Depth-first search on a directed graph in adjacency arrays; the order in
 // which vertices finish makes the checksum. Here for a call that most

@@ -1,5 +1,5 @@
 // class: unbounded
-// sweep: argument 2000 500 1000 4000
+// sweep: argument 2000 500 1000 1001 1002 4000
 //
 // Evaluates an expression tree through pointers with a switch on the operator,
 // in C++. Here for a recursion whose branches hold their own pair of calls, so

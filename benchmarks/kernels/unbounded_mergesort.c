@@ -1,5 +1,5 @@
 // class: unbounded
-// sweep: argument 8192 4096 6000 10000
+// sweep: argument 8192 4096 6000 8191 8193 10000
 //
 // Merge sort that counts inversions. Here for two calls before the work, with
 // the result of both added up.

@@ -1,5 +1,5 @@
 // class: unbounded
-// sweep: argument 4000 1000 2000 8000
+// sweep: argument 4000 1000 1001 1002 2000 8000
 //
 // Walks a tree with any number of children per node, stored as first child and
 // next sibling: one self call in a loop over a list. Two arguments, the node

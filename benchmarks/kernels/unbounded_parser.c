@@ -1,5 +1,5 @@
 // class: unbounded
-// sweep: argument 1200 300 600 900
+// sweep: argument 1200 300 600 601 602 900
 //
 // Parses and evaluates a generated expression text by precedence climbing: one
 // function that calls itself for the right operand and for a parenthesis. Here

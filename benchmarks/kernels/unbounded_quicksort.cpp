@@ -1,5 +1,5 @@
 // class: unbounded
-// sweep: argument 20000 5000 10000 15000
+// sweep: argument 20000 5000 10000 10001 10002 15000
 //
 // Quicksort as a function template over iterators, both halves by recursion, no
 // cut-off for short ranges. Here for a recursion whose work per level shrinks

@@ -1,5 +1,5 @@
 // class: unbounded
-// sweep: argument 20 14 16 18
+// sweep: argument 20 14 16 17 18 19
 //
 // Counts the subsets of up to twenty items with a given sum; item and rest are
 // the arguments, and a rest below zero ends a branch. Here as the two-argument
