@@ -352,27 +352,44 @@ planLeaves(Function &F, ArrayRef<CallBase *> Calls, const LoopInfo &LI,
   return Plan;
 }
 
+/// Does no inliner make anything less of \p Call?
+static bool staysCall(const CallBase &Call, bool InlinerFollows) {
+  const Function *Callee = Call.getCalledFunction();
+  return !InlinerFollows || !Callee || Callee->isDeclaration() ||
+         Callee->hasFnAttribute(Attribute::NoInline) ||
+         getCodeSize(*Callee) > MaxInlinedSize;
+}
+
+namespace {
+/// What the calls of other functions come to.
+struct OtherCalls {
+  /// Those that stay calls.
+  unsigned Count = 0;
+  /// The instructions of those that are inlined.
+  unsigned InlinedSize = 0;
+};
+} // namespace
+
 /// The calls of other functions that \p F makes, if it returns and nothing is
-/// thrown, and that no inliner makes anything less of.
-static unsigned countOtherCalls(const Function &F, bool InlinerFollows) {
-  auto IsOther = [&](const Instruction &I) {
-    const auto *Call = dyn_cast<CallBase>(&I);
-    if (!Call || isa<IntrinsicInst>(Call) || Call->isInlineAsm())
-      return false;
-    const Function *Callee = Call->getCalledFunction();
-    return Callee != &F &&
-           (!InlinerFollows || !Callee || Callee->isDeclaration() ||
-            Callee->hasFnAttribute(Attribute::NoInline) ||
-            getCodeSize(*Callee) > MaxInlinedSize);
-  };
+/// thrown.
+static OtherCalls findOtherCalls(const Function &F, bool InlinerFollows) {
   df_iterator_default_set<const BasicBlock *> Exceptional;
   for (const BasicBlock &BB : F)
     if (BB.isEHPad() || isa<UnreachableInst>(BB.getTerminator()))
       Exceptional.insert(&BB);
-  unsigned Count = 0;
+  OtherCalls Other;
   for (const BasicBlock *BB : depth_first_ext(&F.getEntryBlock(), Exceptional))
-    Count += count_if(*BB, IsOther);
-  return Count;
+    for (const Instruction &I : *BB) {
+      const auto *Call = dyn_cast<CallBase>(&I);
+      if (!Call || isa<IntrinsicInst>(Call) || Call->isInlineAsm() ||
+          Call->getCalledFunction() == &F)
+        continue;
+      if (staysCall(*Call, InlinerFollows))
+        ++Other.Count;
+      else
+        Other.InlinedSize += getCodeSize(*Call->getCalledFunction());
+    }
+  return Other;
 }
 
 bool AutoPolicy::wantsLoopsFirst(const AutoBounds &Bounds) {
@@ -621,10 +638,10 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
       return *Plan;
   if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
     return RecursionPlan(*Reason);
-  const unsigned OtherCalls = countOtherCalls(F, Bounds.InlinerFollows);
-  if (OtherCalls > MaxOtherCalls * Calls.size())
+  const OtherCalls Other = findOtherCalls(F, Bounds.InlinerFollows);
+  if (Other.Count > MaxOtherCalls * Calls.size())
     return RecursionPlan(refuse("AutoOtherCalls")
-                         << "it makes " << NV("OtherCalls", OtherCalls)
+                         << "it makes " << NV("OtherCalls", Other.Count)
                          << " other calls, more than "
                          << NV("Limit", MaxOtherCalls)
                          << " for each self call");
@@ -632,7 +649,7 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
     if (auto Plan = planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/false))
       return *Plan;
 
-  const unsigned BodySize = getCodeSize(F);
+  const unsigned BodySize = getCodeSize(F) + Other.InlinedSize;
   const uint64_t FrameSize = getFrameSize(F);
   RecursionPlan Plan(Verdict(true, "AutoRing"));
   Plan.Kind = RecursionPlan::Ring;

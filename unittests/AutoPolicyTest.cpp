@@ -677,6 +677,25 @@ TEST(AutoRefusalTest, ALargeBody) {
   EXPECT_EQ(Asked(Large).name(), "AutoLargeBody");
 }
 
+TEST(AutoRefusalTest, ABodyThatBecomesLarge) {
+  // The two calls of f and what they need are 9 instructions, small is 36.
+  std::string Small = "define internal void @small() {\n";
+  for (unsigned I = 0; I != 35; ++I)
+    Small += "  store volatile i32 0, ptr @g\n";
+  Small += "  ret void\n}\n";
+  const std::string Inlined = "  call void @small()\n";
+  auto Ask = [&](const std::string &Body, bool InlinerFollows = true) {
+    return Asked(voidWith(Body + CallAndStore + CallAndStore) + Small,
+                 {7, 900, InlinerFollows});
+  };
+  EXPECT_EQ(Ask(Inlined).name(), "AutoRing");
+  EXPECT_EQ(Ask(Inlined + Inlined).name(), "AutoLargeBody");
+  EXPECT_EQ(Ask(Inlined + Inlined, /*InlinerFollows=*/false).name(),
+            "AutoRing");
+  // It is multiplied with the rest.
+  EXPECT_LT(Ask(Inlined).Plan.Copies, Ask("").Plan.Copies);
+}
+
 /// Calls for the left and the right part, each if \p Test of it holds.
 std::string walk(const std::string &Second, const std::string &Filler = "") {
   return Prelude + std::string(R"(
