@@ -63,6 +63,7 @@ FEATURES = {
     "pure": "functions without memory, and such that only write globals",
     "equal-calls": "several self calls with equal arguments",
     "sums": "functions that do nothing with results but add them up",
+    "choices": "a switch between ways to recurse, and leaves, with many calls",
     "deep": "recursion of thousands of levels",
     "frames": "large local variables",
     "indirect": "recursion and entries through a pointer to the function",
@@ -638,6 +639,44 @@ class Generator:
             self.tables.append(name)
         return name
 
+    def place_choices(self, f, scope, mutual, lines):
+        """A switch with leaves and cases that recurse, as an evaluator of trees
+        has.  Returns the largest number of recursive calls in a run of it."""
+        for _ in range(self.pick(0, 0, 1)):
+            self.effect(f, scope, lines)
+        cases = list(range(8))
+        self.rng.shuffle(cases)
+        lines.append(f"switch ({self.expr(scope, 1)} & 7)")
+        lines.append("{")
+        fan = run = 0
+        for _ in range(self.pick(1, 1, 2)):
+            lines.append(f"case {cases.pop()}:")
+            lines.append("{")
+            self.leave(f, scope.inner(), lines)
+            lines.append("}")
+        for _ in range(self.pick(2, 3, 4)):
+            lines.append(f"case {cases.pop()}:")
+            if len(cases) > 4 and self.chance(0.3):
+                lines.append(f"case {cases.pop()}:")
+            lines.append("{")
+            inner = scope.inner()
+            for _ in range(self.pick(1, 2, 2, 3)):
+                callee, text = self.recursive_call(f, inner, mutual)
+                self.use_result(callee, text, inner, lines)
+                run += 1
+            lines.append("}")
+            fan = max(fan, run)
+            if self.chance(0.85):
+                lines.append("break;")
+                run = 0
+        if self.chance(0.5):
+            lines.append("default:")
+            lines.append("{")
+            self.effect(f, scope.inner(), lines)
+            lines.append("}")
+        lines.append("}")
+        return fan
+
     def place_calls(self, f, scope, count, mutual, lines):
         """Statements with the recursive calls, and effects around them.
         Returns the largest number of recursive calls in a run of them."""
@@ -995,7 +1034,10 @@ class Generator:
             last = "musttail"
         if last:
             count -= 1
-        fan = self.place_calls(f, inner, count, mutual, lines)
+        if f.shape == "general" and self.maybe("choices", 0.15):
+            fan = self.place_choices(f, inner, mutual, lines)
+        else:
+            fan = self.place_calls(f, inner, count, mutual, lines)
         if last == "musttail" and inner.objects:
             last = "tail"
         if last == "operand":

@@ -39,6 +39,10 @@ static constexpr unsigned MaxUnguardedSize = 60;
 /// of a switch), and copies of all of them only spread the branches.
 static constexpr unsigned MaxSelfCalls = 4;
 
+/// And what they do beside their calls has to be little, so that leaves are a
+/// large part of it (instructions for each self call).
+static constexpr unsigned MaxSizePerCall = 15;
+
 /// Local variables of all bodies that share a frame (bytes).
 static constexpr uint64_t MaxFusedFrame = 1024;
 
@@ -590,6 +594,9 @@ planChain(Function &F, ArrayRef<CallBase *> Calls,
 /// little.
 static std::optional<RecursionPlan>
 planSplit(Function &F, ArrayRef<CallBase *> Calls, const AutoBounds &Bounds) {
+  // What a split has left may begin with the test once more.
+  if (F.getName().endswith(RestSuffix))
+    return std::nullopt;
   std::optional<EntrySplit> Where =
       findEntrySplit(F, MaxGuardSize, Bounds.InlinerFollows);
   if (!Where)
@@ -621,11 +628,16 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
         return isTailCall(*Call) || isAccumulating(*Call);
       }))
     return RecursionPlan(refuse("AutoLoop") << "its recursion becomes a loop");
-  if (Calls.size() > MaxSelfCalls)
+  if (Calls.size() > MaxSelfCalls) {
+    if (getCodeSize(F) <= MaxSizePerCall * Calls.size() &&
+        findOtherCalls(F, Bounds.InlinerFollows).Count <= Calls.size())
+      if (auto Plan = planSplit(F, Calls, Bounds))
+        return *Plan;
     return RecursionPlan(refuse("AutoSelfCalls")
                          << "it calls itself in "
                          << NV("SelfCalls", unsigned(Calls.size()))
                          << " places, more than " << NV("Limit", MaxSelfCalls));
+  }
   const auto &LI = FAM.getResult<LoopAnalysis>(F);
   auto &DT = FAM.getResult<DominatorTreeAnalysis>(F);
   auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);

@@ -17,7 +17,8 @@
 /// that makes 1.5 to 2.0 of it.
 ///
 /// Where results are added up, the sum is handed on from self call to self call
-/// first (AccumulatorPassing.h), unless constants or equal calls make more of it.
+/// first (AccumulatorPassing.h), unless constants or equal calls make more of
+/// it.
 ///
 /// Otherwise a ring is asked for.  Four things make a ring pay, or not
 /// (figures: docs/what-it-tells.md):
@@ -37,6 +38,11 @@
 ///    constants, f(n-1) and f(n-2) share f(n-3).  Two copies without a guard,
 ///    so that the calls are unconditional where it matters, leave that to
 ///    common subexpression elimination.
+///
+/// Of a function with many self calls, copies are too large.  Its leaves are
+/// taken out all the same: an evaluator of expression trees with six of them
+/// runs 1.2 to 1.6 times as fast when it looks at what it is to evaluate before
+/// it calls itself.
 ///
 /// The body is multiplied by the self calls with every copy, so the number of
 /// copies is what the bound on growth leaves room for.  Where that is less than

@@ -108,35 +108,41 @@ llvm::inlinerecursion::findEntryGuard(Function &F, unsigned MaxSize,
     Size += BB->sizeWithoutDebug();
 
     SmallVector<BasicBlock *, 4> NewExits;
-    SmallPtrSet<BasicBlock *, 4> Onward;
+    SmallVector<BasicBlock *, 2> Onward;
     for (BasicBlock *Successor : successors(BB))
-      if (Recursive.contains(Successor))
-        Onward.insert(Successor);
-      else
+      if (!Recursive.contains(Successor))
         NewExits.push_back(Successor);
-    if (Onward.size() != 1)
+      else if (!is_contained(Onward, Successor))
+        Onward.push_back(Successor);
+    if (Onward.empty())
       break;
     if (Size + addReachable(NewExits, Exits) > MaxSize)
       break;
-    BB = *Onward.begin();
     if (!NewExits.empty())
-      Guard = EntryGuard{Blocks, BB, Size + addReachable({}, Exits)};
+      Guard = EntryGuard{Blocks,
+                         {Onward.begin(), Onward.end()},
+                         Size + addReachable({}, Exits)};
+    // What chooses between several ways is left to who goes on.
+    if (Onward.size() > 1)
+      break;
+    BB = Onward.front();
   }
   return Guard;
 }
 
-/// Calls \p Target where \p Last of \p F leads to \p Beyond, with \p HandedOver
-/// behind the arguments of \p F, and returns what it does.
-static void callInstead(Function &F, BasicBlock &Last, BasicBlock &Beyond,
-                        Function &Target,
+/// Calls \p Target where \p Last of \p F leads to one of \p Beyond, with \p
+/// HandedOver behind the arguments of \p F, and returns what it does.
+static void callInstead(Function &F, BasicBlock &Last,
+                        ArrayRef<BasicBlock *> Beyond, Function &Target,
                         ArrayRef<Instruction *> HandedOver = {}) {
   const SmallVector<Value *, 4> More(HandedOver);
   BasicBlock &Onward = createForwardingCall(F, Target, More);
   Instruction *Terminator = Last.getTerminator();
   for (unsigned I = 0; I != Terminator->getNumSuccessors(); ++I) {
-    if (Terminator->getSuccessor(I) != &Beyond)
+    BasicBlock *Successor = Terminator->getSuccessor(I);
+    if (!is_contained(Beyond, Successor))
       continue;
-    Beyond.removePredecessor(&Last, /*KeepOneInputPHIs=*/true);
+    Successor->removePredecessor(&Last, /*KeepOneInputPHIs=*/true);
     Terminator->setSuccessor(I, &Onward);
   }
   removeUnreachableBlocks(F);
@@ -149,19 +155,24 @@ Function &llvm::inlinerecursion::buildGuard(Function &F,
   Function *NewF = CloneFunction(&F, VMap);
   NewF->setName(F.getName() + ".recurse.guard");
   NewF->setLinkage(GlobalValue::InternalLinkage);
-  callInstead(*NewF, *cast<BasicBlock>(VMap[Guard.Blocks.back()]),
-              *cast<BasicBlock>(VMap[Guard.Beyond]), Target);
+  SmallVector<BasicBlock *, 2> Beyond;
+  for (BasicBlock *BB : Guard.Beyond)
+    Beyond.push_back(cast<BasicBlock>(VMap[BB]));
+  callInstead(*NewF, *cast<BasicBlock>(VMap[Guard.Blocks.back()]), Beyond,
+              Target);
   return *NewF;
 }
 
 void llvm::inlinerecursion::reduceToGuard(Function &F, const EntryGuard &Guard,
                                           Function &Target,
                                           ArrayRef<Instruction *> HandedOver) {
-  callInstead(F, *Guard.Blocks.back(), *Guard.Beyond, Target, HandedOver);
+  callInstead(F, *Guard.Blocks.back(), Guard.Beyond, Target, HandedOver);
 }
 
 void llvm::inlinerecursion::removeGuard(Function &Copy, const Function &F,
                                         const EntryGuard &Guard) {
+  if (Guard.Beyond.size() > 1)
+    return;
   // What one block of the guard alone leads to is run once per activation.
   for (const BasicBlock *BB : drop_begin(Guard.Blocks))
     if (!BB->getUniquePredecessor())
@@ -175,7 +186,8 @@ void llvm::inlinerecursion::removeGuard(Function &Copy, const Function &F,
   for (size_t I = 0; I != Guard.Blocks.size(); ++I) {
     const bool IsLast = I + 1 == Guard.Blocks.size();
     BasicBlock *From = CopyOf[Guard.Blocks[I]];
-    BasicBlock *To = CopyOf[IsLast ? Guard.Beyond : Guard.Blocks[I + 1]];
+    BasicBlock *To =
+        CopyOf[IsLast ? Guard.Beyond.front() : Guard.Blocks[I + 1]];
     Instruction *Terminator = From->getTerminator();
     bool IsFirstEdge = true;
     for (BasicBlock *Successor : successors(From)) {

@@ -45,16 +45,18 @@ namespace inlinerecursion {
 struct EntryGuard {
   /// What is run to decide it, from the entry block on, one after the other.
   SmallVector<BasicBlock *, 4> Blocks;
-  /// The successor of the last of them that leads to the recursion.
-  BasicBlock *Beyond;
+  /// The successors of the last of them that lead to the recursion; several
+  /// where a switch chooses between ways to recurse.
+  SmallVector<BasicBlock *, 2> Beyond;
   /// The test and all that an activation does that ends here (instructions).
   unsigned Size;
 };
 
 /// The guard of \p F, which calls itself; none if it has none, or only one of
 /// more than \p MaxSize instructions.  Of several tests in a row, all that fit
-/// are taken.  \p IsRepeated: they may be made twice, otherwise they may stand
-/// behind anything but self calls.
+/// are taken; one that chooses between several ways beyond is the last.
+/// \p IsRepeated: they may be made twice, otherwise they may stand behind
+/// anything but self calls.
 std::optional<EntryGuard> findEntryGuard(Function &F, unsigned MaxSize,
                                          bool IsRepeated = true);
 
@@ -75,7 +77,8 @@ void reduceToGuard(Function &F, const EntryGuard &Guard, Function &Target,
 
 /// Takes \p Guard, which is \p F's, out of \p Copy, an unchanged copy of \p F
 /// but for its callees that is called from behind the guard only.  Does nothing
-/// if the guard is tested again later on, in a loop.
+/// if the guard is tested again later on, in a loop, or chooses between several
+/// ways.
 void removeGuard(Function &Copy, const Function &F, const EntryGuard &Guard);
 
 } // namespace inlinerecursion

@@ -23,6 +23,9 @@
 /// way, but only where the test is all that stands in front of it.  What the
 /// work has computed becomes arguments.
 ///
+/// A test that chooses between several ways to recurse, a switch, is made once
+/// more by the rest.  To those who call, all ways are the same.
+///
 //===----------------------------------------------------------------------===//
 
 #ifndef INLINERECURSION_PLUGIN_ENTRYSPLIT_H
@@ -30,6 +33,7 @@
 
 #include "CallGuard.h"
 #include "llvm/ADT/SmallVector.h"
+#include "llvm/ADT/StringRef.h"
 #include <optional>
 
 namespace llvm {
@@ -40,15 +44,22 @@ class Instruction;
 
 namespace inlinerecursion {
 
+/// Behind the name of what is left of a function.
+constexpr StringLiteral RestSuffix = ".recurse.rest";
+
 /// Where a function is taken apart.
 struct EntrySplit {
   /// What is run up to the test; need not be repeatable.
   EntryGuard Head;
   /// Where the rest begins: beyond the head, or once more with the test, if
-  /// that is the head of a loop.
+  /// that is the head of a loop or chooses between several ways to recurse.
   BasicBlock *Begin;
-  /// The block of the head that leads there.
+  /// The block of the head that leads there; null if the test is all there is
+  /// of the head.
   BasicBlock *Before;
+  /// Where Begin is the last block of the head, and does more than the test:
+  /// the instruction that the rest begins with.  Null otherwise.
+  Instruction *FirstOfTest;
   /// What is computed in the head and used beyond it.
   SmallVector<Instruction *, 4> LiveValues;
   /// Variables in memory that only the rest uses.
@@ -62,9 +73,10 @@ struct EntrySplit {
 std::optional<EntrySplit> findEntrySplit(Function &F, unsigned MaxSize,
                                          bool InlinerFollows);
 
-/// Takes \p F apart at \p Split, which is its own.  Returns the rest, a new
+/// Takes \p F apart at \p Split, which is its own and invalid afterwards.
+/// Returns the rest, a new
 /// internal function that calls itself where \p F did.
-Function &splitEntry(Function &F, const EntrySplit &Split);
+Function &splitEntry(Function &F, EntrySplit Split);
 
 } // namespace inlinerecursion
 } // namespace llvm

@@ -14,8 +14,9 @@ const AutoBounds Wide = {7, 550};
 /// What the policy says about @f of a module.
 class Asked {
 public:
-  explicit Asked(const std::string &Assembly, AutoBounds Bounds = Wide)
-      : TM(Assembly), Policy(TM.function("f"), analyses()),
+  explicit Asked(const std::string &Assembly, AutoBounds Bounds = Wide,
+                 StringRef Name = "f")
+      : TM(Assembly), Policy(TM.function(Name), analyses()),
         PassesSum(Policy.findSumToPass(Bounds)),
         LoopsFirst(Policy.wantsLoopsFirst(Bounds)),
         Plan(Policy.makePlan(Bounds)) {}
@@ -764,7 +765,18 @@ exit:
 }
 )"))
                 .name(),
-            "AutoNoTest");
+            "AutoSplit");
+}
+
+TEST(AutoSplitTest, NotOnceMore) {
+  std::string Five;
+  for (unsigned I = 0; I != 5; ++I)
+    Five += CallAndStore;
+  std::string Rest = voidWith(Five);
+  EXPECT_EQ(Asked(Rest).name(), "AutoSplit");
+  for (size_t At = 0; (At = Rest.find("@f(", At)) != std::string::npos;)
+    Rest.replace(At, 2, "@f.recurse.rest");
+  EXPECT_EQ(Asked(Rest, Wide, "f.recurse.rest").name(), "AutoSelfCalls");
 }
 
 TEST(AutoRingTest, ALoopOfALeafIsNotInTheWay) {
@@ -936,8 +948,30 @@ TEST(AutoRefusalTest, FiveSelfCalls) {
   const std::string Four =
       CallAndStore + CallAndStore + CallAndStore + CallAndStore;
   EXPECT_EQ(Asked(voidWith(Four), {7, 5000}).name(), "AutoRing");
-  EXPECT_EQ(Asked(voidWith(Four + CallAndStore), {7, 5000}).name(),
+  // Copies of five are too many; the test in front of them is 3 instructions.
+  const std::string Five = Four + CallAndStore;
+  const Asked A(voidWith(Five), {7, 18});
+  EXPECT_EQ(A.name(), "AutoSplit");
+  EXPECT_EQ(A.Plan.Growth, 3 * 6u);
+  EXPECT_EQ(Asked(voidWith(Five), {7, 17}).name(), "AutoSelfCalls");
+}
+
+TEST(AutoRefusalTest, FiveSelfCallsThatAreLittleOfIt) {
+  // 75 instructions: 10, the test, and what ends it.
+  std::string Five, Work;
+  for (unsigned I = 0; I != 5; ++I)
+    Five += CallAndStore;
+  for (unsigned I = 0; I != 61; ++I)
+    Work += "  store volatile i32 0, ptr @g\n";
+  EXPECT_EQ(Asked(voidWith(Work + Five)).name(), "AutoSplit");
+  EXPECT_EQ(Asked(voidWith(Work + Five + "  store i32 0, ptr @g\n")).name(),
             "AutoSelfCalls");
+  const std::string Other = "  call void @other()\n";
+  std::string Others;
+  for (unsigned I = 0; I != 5; ++I)
+    Others += Other;
+  EXPECT_EQ(Asked(voidWith(Others + Five)).name(), "AutoSplit");
+  EXPECT_EQ(Asked(voidWith(Others + Other + Five)).name(), "AutoSelfCalls");
 }
 
 TEST(AutoRefusalTest, ALoopBesideTheCalls) {

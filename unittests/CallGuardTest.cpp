@@ -72,7 +72,7 @@ TEST(FindEntryGuardTest, OneTest) {
   auto Guard = findEntryGuard(TM.function("f"), 30);
   ASSERT_TRUE(Guard);
   EXPECT_THAT(namesOf(Guard->Blocks), ElementsAre("entry"));
-  EXPECT_EQ(Guard->Beyond->getName(), "recurse");
+  EXPECT_EQ(Guard->Beyond.front()->getName(), "recurse");
   // icmp, br; ret.
   EXPECT_EQ(Guard->Size, 3u);
 }
@@ -83,14 +83,14 @@ TEST(FindEntryGuardTest, AllTestsInARowThatFit) {
   auto Both = findEntryGuard(F, 9);
   ASSERT_TRUE(Both);
   EXPECT_THAT(namesOf(Both->Blocks), ElementsAre("entry", "look"));
-  EXPECT_EQ(Both->Beyond->getName(), "rec");
+  EXPECT_EQ(Both->Beyond.front()->getName(), "rec");
   // entry: 2, look: 3, found: 2, exit: 2.
   EXPECT_EQ(Both->Size, 9u);
 
   auto First = findEntryGuard(F, 8);
   ASSERT_TRUE(First);
   EXPECT_THAT(namesOf(First->Blocks), ElementsAre("entry"));
-  EXPECT_EQ(First->Beyond->getName(), "look");
+  EXPECT_EQ(First->Beyond.front()->getName(), "look");
   // entry: 2, exit: 2.
   EXPECT_EQ(First->Size, 4u);
   EXPECT_TRUE(findEntryGuard(F, 4));
@@ -120,6 +120,55 @@ exit:
   EXPECT_EQ(Guard->Size, 3u);
 }
 
+/// An evaluator: what it works on ends, is one call, or two.
+const char *const Evaluator = R"(
+@g = global i32 0
+define i32 @f(ptr %p) {
+entry:
+  br label %look
+look:
+  %kind = load i32, ptr %p
+  switch i32 %kind, label %two [ i32 0, label %leaf
+                                 i32 1, label %one
+                                 i32 2, label %one ]
+leaf:
+  ret i32 7
+one:
+  %how = phi i32 [ %kind, %look ], [ %kind, %look ]
+  %a = call i32 @f(ptr @g)
+  %sum = add i32 %a, %how
+  ret i32 %sum
+two:
+  %l = call i32 @f(ptr null)
+  %r = call i32 @f(ptr %p)
+  %difference = sub i32 %l, %r
+  ret i32 %difference
+}
+)";
+
+TEST(FindEntryGuardTest, AChoiceOfWaysToRecurse) {
+  TestModule TM(Evaluator);
+  Function &F = TM.function("f");
+  auto Guard = findEntryGuard(F, 30);
+  ASSERT_TRUE(Guard);
+  EXPECT_THAT(namesOf(Guard->Blocks), ElementsAre("entry", "look"));
+  EXPECT_THAT(namesOf(Guard->Beyond), ElementsAre("two", "one"));
+  // entry: 1, look: 2, leaf: 1.
+  EXPECT_EQ(Guard->Size, 4u);
+  EXPECT_FALSE(findEntryGuard(F, 3));
+
+  ValueToValueMapTy VMap;
+  Function &Copy = *CloneFunction(&F, VMap);
+  Function &New = buildGuard(F, *Guard, Copy);
+  const unsigned Before = Copy.getInstructionCount();
+  removeGuard(Copy, F, *Guard);
+  EXPECT_TRUE(TM.isValid());
+  EXPECT_EQ(Copy.getInstructionCount(), Before);
+  // Every way beyond is the same to the guard.
+  EXPECT_EQ(New.size(), 4u);
+  EXPECT_THAT(TM.calleesOf(New.getName()), ElementsAre(Copy.getName().str()));
+}
+
 TEST(FindEntryGuardTest, Switch) {
   TestModule TM(R"(
 define i32 @f(i32 %n) {
@@ -139,7 +188,7 @@ rec:
   Function &F = TM.function("f");
   auto Guard = findEntryGuard(F, 30);
   ASSERT_TRUE(Guard);
-  EXPECT_EQ(Guard->Beyond->getName(), "rec");
+  EXPECT_EQ(Guard->Beyond.front()->getName(), "rec");
   EXPECT_EQ(Guard->Size, 3u);
   ValueToValueMapTy VMap;
   Function &Copy = *CloneFunction(&F, VMap);

@@ -225,6 +225,110 @@ TEST(SplitEntryTest, TheHeadIsDoneByThoseWhoCall) {
   }
 }
 
+/// f(p), an evaluator that runs \p Work first.
+std::string evaluating(const std::string &Work) {
+  return Declarations + std::string(R"(
+define i32 @f(i32 %n, ptr %p) {
+entry:
+  %v = alloca i32
+)") + Work +
+         R"(
+  %kind = load i32, ptr %p
+  switch i32 %kind, label %two [ i32 0, label %leaf
+                                 i32 1, label %one ]
+leaf:
+  ret i32 %n
+one:
+  %a = call i32 @f(i32 1, ptr @g)
+  store i32 %a, ptr %v
+  %b = load volatile i32, ptr %v
+  ret i32 %b
+two:
+  %l = call i32 @f(i32 2, ptr null)
+  %r = call i32 @f(i32 %kind, ptr %p)
+  %difference = sub i32 %l, %r
+  ret i32 %difference
+}
+)";
+}
+
+TEST(SplitEntryTest, AChoiceIsMadeByTheRest) {
+  TestModule TM(evaluating(""));
+  Function &F = TM.function("f");
+  const auto Split = findEntrySplit(F, 30, false);
+  ASSERT_TRUE(Split);
+  EXPECT_EQ(Split->Begin->getName(), "entry");
+  EXPECT_FALSE(Split->Before);
+  EXPECT_TRUE(Split->LiveValues.empty());
+  Function &Rest = splitEntry(F, *Split);
+  EXPECT_FALSE(verifyModule(TM.module(), &errs()));
+  EXPECT_EQ(countCalls(F, "f.recurse.rest"), 1u);
+  EXPECT_EQ(countCalls(F, "f"), 0u);
+  EXPECT_EQ(countCalls(Rest, "f.recurse.rest"), 3u);
+  EXPECT_EQ(countCalls(Rest, "f"), 0u);
+  unsigned Switches = 0;
+  for (Instruction &I : instructions(Rest))
+    Switches += isa<SwitchInst>(I);
+  // In front of the calls there are two ways only.
+  EXPECT_EQ(Switches, 1u);
+  auto *Variable = dyn_cast_or_null<AllocaInst>(TestModule::find(Rest, "v"));
+  ASSERT_TRUE(Variable);
+  EXPECT_TRUE(Variable->isStaticAlloca());
+}
+
+TEST(SplitEntryTest, AChoiceBehindWork) {
+  const std::string Work = "  %c = load i32, ptr @g\n  %c1 = add i32 %c, 1\n"
+                           "  store i32 %c1, ptr @g\n";
+  // In a block of its own, or in that of the test.
+  for (std::string Next : {"  br label %look\nlook:\n", ""}) {
+    TestModule TM(evaluating(Work + Next));
+    Function &F = TM.function("f");
+    const auto Split = findEntrySplit(F, 30, false);
+    ASSERT_TRUE(Split);
+    EXPECT_EQ(Split->Before->getName(), "entry");
+    EXPECT_EQ(Split->FirstOfTest == nullptr, !Next.empty());
+    Function &Rest = splitEntry(F, *Split);
+    EXPECT_FALSE(verifyModule(TM.module(), &errs()));
+    // By those who call, and not by the rest.
+    EXPECT_TRUE(TestModule::find(F, "c1"));
+    EXPECT_FALSE(TestModule::find(Rest, "c1"));
+    EXPECT_TRUE(TestModule::find(Rest, "c1.i"));
+    EXPECT_TRUE(TestModule::find(Rest, "kind"));
+  }
+}
+
+TEST(FindEntrySplitTest, HandsOverWhatTheTestComesBehind) {
+  const std::string Work = "  %c = load i32, ptr @g\n  store i32 1, ptr @g\n";
+  EXPECT_EQ(handedOver(evaluating(Work)), "");
+  std::string Uses = evaluating(Work);
+  Uses.replace(Uses.find("sub i32 %l, %r"), 14, "sub i32 %c, %r");
+  EXPECT_EQ(handedOver(Uses), "c ");
+  // By the test itself.
+  std::string Tests = evaluating(Work + "  %k = add i32 %c, 1\n");
+  Tests.replace(Tests.find("switch i32 %kind"), 16, "switch i32 %k");
+  EXPECT_EQ(handedOver(Tests), "c ");
+  // By what ends it.
+  std::string Ends = evaluating(Work);
+  Ends.replace(Ends.find("ret i32 %n"), 10, "ret i32 %c");
+  EXPECT_EQ(handedOver(Ends), "");
+}
+
+TEST(FindEntrySplitTest, NotAChoiceThatIsComeBackTo) {
+  std::string Loop = evaluating("  br label %look\nlook:\n"
+                                "  store i32 1, ptr @g\n");
+  EXPECT_EQ(handedOver(Loop), "");
+  Loop.replace(Loop.find("ret i32 %b"), 10, "br label %look");
+  EXPECT_EQ(handedOver(Loop), "none");
+}
+
+TEST(FindEntrySplitTest, NotAVariableBetweenWorkAndChoice) {
+  std::string Late = evaluating("  store i32 1, ptr @g\n");
+  const std::string Variable = "  %v = alloca i32\n";
+  Late.erase(Late.find(Variable), Variable.size());
+  Late.insert(Late.find("  %kind"), Variable);
+  EXPECT_EQ(handedOver(Late), "none");
+}
+
 TEST(SplitEntryTest, WhatIsHandedOverMayAliasTheArguments) {
   std::string Assembly =
       working("  %q = getelementptr i32, ptr %p, i32 1\n" + Count,

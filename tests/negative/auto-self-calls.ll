@@ -1,4 +1,5 @@
-; A function with more than four self calls makes no ring.
+; A function with more than four self calls makes no ring, and one with more than
+; as many other calls is not split.
 ; RUN: %opt -passes='inlinerecursion-pipeline' -pass-remarks=inlinerecursion -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='@f.recurse' --implicit-check-not=inlinerecursion-protected
 
 ; CHECK: remark: <unknown>:0:0: 'f' not chained: it calls itself in 5 places, more than 4
@@ -6,6 +7,7 @@
 ; CHECK: define internal {{.*}}@taken.recurse.clone(
 
 @g = external global i32
+declare void @other()
 define void @f(i32 %n) {
 entry:
   %none = icmp eq i32 %n, 0
@@ -17,6 +19,12 @@ rec:
   call void @f(i32 %m)
   call void @f(i32 %m)
   call void @f(i32 %m)
+  call void @other()
+  call void @other()
+  call void @other()
+  call void @other()
+  call void @other()
+  call void @other()
   store i32 %n, ptr @g
   br label %exit
 exit:
