@@ -2,6 +2,7 @@
 
 #include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/IR/InstIterator.h"
@@ -25,17 +26,23 @@ llvm::inlinerecursion::findCalls(Function &F, const Function &Callee) {
 static constexpr unsigned MaxUnrollableTrips = 16;
 
 /// Is \p Result (null for none) returned right behind \p I, either there or in
-/// a block of returns that \p I's block goes to?
+/// a block of returns that \p I's block goes to?  Where a scope ends, empty
+/// blocks may stand in between.
 static bool isReturnedBehind(const Instruction &I, const Value *Result) {
+  const BasicBlock *From = I.getParent();
   const Instruction *Next = I.getNextNonDebugInstruction();
-  if (const auto *Branch = dyn_cast_or_null<BranchInst>(Next)) {
-    if (!Branch->isUnconditional())
+  SmallPtrSet<const BasicBlock *, 4> Seen;
+  while (const auto *Branch = dyn_cast_or_null<BranchInst>(Next)) {
+    if (!Branch->isUnconditional() || !Seen.insert(From).second)
       return false;
-    const BasicBlock *Exit = Branch->getSuccessor(0);
-    for (const PHINode &Phi : Exit->phis())
-      if (Result && Phi.getIncomingValueForBlock(I.getParent()) == Result)
+    const BasicBlock *To = Branch->getSuccessor(0);
+    for (const PHINode &Phi : To->phis())
+      if (Result && Phi.getIncomingValueForBlock(From) == Result) {
         Result = &Phi;
-    Next = Exit->getFirstNonPHIOrDbg();
+        break;
+      }
+    From = To;
+    Next = To->getFirstNonPHIOrDbg();
   }
   const auto *Return = dyn_cast_or_null<ReturnInst>(Next);
   return Return &&

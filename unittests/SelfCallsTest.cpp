@@ -82,6 +82,36 @@ TEST(SelfCallsTest, TailCallsAreReturnedAtOnce) {
             Tail);
 }
 
+TEST(SelfCallsTest, WhereScopesEndEmptyBlocksStandInBetween) {
+  const std::string Before = Call + "  br label %inner\ninner:\n";
+  EXPECT_EQ(kindOfLastCall(Before +
+                           "  br label %outer\nouter:\n"
+                           "  ret i32 %r\n" +
+                           ExitOfN),
+            Tail);
+  EXPECT_EQ(kindOfLastCall(Before +
+                           "  %v = phi i32 [ %r, %rec ]\n"
+                           "  br label %outer\nouter:\n"
+                           "  %w = phi i32 [ %v, %inner ]\n"
+                           "  ret i32 %w\n" +
+                           ExitOfN),
+            Tail);
+  EXPECT_EQ(kindOfLastCall(Before +
+                           "  %v = phi i32 [ %n, %rec ]\n"
+                           "  br label %outer\nouter:\n"
+                           "  ret i32 %v\n" +
+                           ExitOfN),
+            Other);
+  EXPECT_EQ(kindOfLastCall(Before +
+                           "  store i32 0, ptr %p\n"
+                           "  br label %outer\nouter:\n"
+                           "  ret i32 %r\n" +
+                           ExitOfN),
+            Other);
+  // Never to return.
+  EXPECT_EQ(kindOfLastCall(Before + "  br label %inner\n" + ExitOfN), Other);
+}
+
 TEST(SelfCallsTest, NoTailCallIfAnythingElseIsReturned) {
   EXPECT_EQ(kindOfLastCall(Call + "  ret i32 %n\n" + ExitOfN), Other);
   EXPECT_EQ(kindOfLastCall(Call + "  br label %exit\n" + ExitOfN), Other);
