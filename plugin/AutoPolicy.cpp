@@ -46,9 +46,10 @@ static constexpr unsigned MaxSizePerCall = 15;
 /// Local variables of all bodies that share a frame (bytes).
 static constexpr uint64_t MaxFusedFrame = 1024;
 
-/// With one self call, five copies save four calls of five.  More made no
-/// program of ours faster by more than a few percent.
-static constexpr unsigned MaxCopiesOfLine = 5;
+/// With one self call, five copies save four calls of five, and with two, they
+/// are twelve bodies.  More made no program of ours faster by more than a few
+/// percent; walks over binary trees ran as fast with 33 bodies, or slower.
+static constexpr unsigned MaxCopiesOfFewCalls = 5;
 
 /// In a larger body, a call is a small part of what an activation costs.  Of
 /// the kernels none that gains has more than 60; a walk over a tree that mixes
@@ -677,8 +678,8 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
                return LI.getLoopFor(Call->getParent());
              }))
       MaxCopies = std::min(MaxCopies, MaxCopiesInLoop + (Calls.size() > 1));
-    else if (Calls.size() == 1)
-      MaxCopies = std::min(MaxCopies, MaxCopiesOfLine);
+    else if (Calls.size() <= 2)
+      MaxCopies = std::min(MaxCopies, MaxCopiesOfFewCalls);
     if (excludeEachOther(Calls, DT))
       MaxCopies = std::min(MaxCopies, MaxCopiesOfPath);
   }
