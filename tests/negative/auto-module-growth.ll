@@ -1,8 +1,8 @@
 ; A ring that would take the module beyond what it may grow by is not built; a smaller one behind it is.
-; RUN: %opt -passes='inlinerecursion-pipeline<module-growth=410>' -pass-remarks=inlinerecursion -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='@f.recurse' --implicit-check-not=inlinerecursion-protected
+; RUN: %opt -passes='inlinerecursion-pipeline<module-growth=160>' -pass-remarks=inlinerecursion -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='@f.recurse' --implicit-check-not=inlinerecursion-protected
 
-; CHECK: 'taken' rebuilt as a ring of 7 copies by the automatic policy, with its first test in front of calls, growing by about {{[0-9]+}} instructions
-; CHECK: remark: <unknown>:0:0: 'f' not chained: a ring of it would add {{[0-9]+}} instructions, and the module may not grow by more than 410
+; CHECK: 'taken' rebuilt as a ring of 5 copies by the automatic policy, with its first test in front of calls, growing by about {{[0-9]+}} instructions
+; CHECK: remark: <unknown>:0:0: 'f' not chained: a ring of it would add {{[0-9]+}} instructions, and the module may not grow by more than 160
 ; CHECK: define internal {{.*}}@taken.recurse.clone(
 
 @g = external global i32
