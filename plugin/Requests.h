@@ -10,8 +10,8 @@
 /// Requests can also be found: directly recursive functions that the pass would
 /// accept if they asked, unless the source wishes for no copies (see
 /// Protection.h), a self call stands in a loop that the compiler unrolls, or
-/// there are several self calls and no constant enters from outside. The
-/// attribute's value (FoundRequest) tells the two apart.
+/// there are several self calls. The attribute's value (FoundRequest) tells the
+/// two apart.
 ///
 /// A request is withdrawn, with a remark, in two cases:
 ///
