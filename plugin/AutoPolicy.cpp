@@ -596,7 +596,7 @@ planChain(Function &F, ArrayRef<CallBase *> Calls,
 static std::optional<RecursionPlan>
 planSplit(Function &F, ArrayRef<CallBase *> Calls, const AutoBounds &Bounds) {
   // What a split has left may begin with the test once more.
-  if (F.getName().endswith(RestSuffix))
+  if (F.getName().contains(RestSuffix))
     return std::nullopt;
   std::optional<EntrySplit> Where =
       findEntrySplit(F, MaxGuardSize, Bounds.InlinerFollows);

@@ -769,14 +769,15 @@ exit:
 }
 
 TEST(AutoSplitTest, NotOnceMore) {
+  // A second function of the name has a number behind it.
   std::string Five;
   for (unsigned I = 0; I != 5; ++I)
     Five += CallAndStore;
   std::string Rest = voidWith(Five);
   EXPECT_EQ(Asked(Rest).name(), "AutoSplit");
   for (size_t At = 0; (At = Rest.find("@f(", At)) != std::string::npos;)
-    Rest.replace(At, 2, "@f.recurse.rest");
-  EXPECT_EQ(Asked(Rest, Wide, "f.recurse.rest").name(), "AutoSelfCalls");
+    Rest.replace(At, 2, "@f.recurse.rest.1");
+  EXPECT_EQ(Asked(Rest, Wide, "f.recurse.rest.1").name(), "AutoSelfCalls");
 }
 
 TEST(AutoRingTest, ALoopOfALeafIsNotInTheWay) {
