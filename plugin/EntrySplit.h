@@ -57,8 +57,9 @@ struct EntrySplit {
   /// The block of the head that leads there; null if the test is all there is
   /// of the head.
   BasicBlock *Before;
-  /// Where Begin is the last block of the head, and does more than the test:
-  /// the instruction that the rest begins with.  Null otherwise.
+  /// The instruction of Begin that the rest begins with, where Begin is the
+  /// last block of the head and works before it tests; Before is the same block
+  /// then.  Null where the rest begins with a whole block.
   Instruction *FirstOfTest;
   /// What is computed in the head and used beyond it.
   SmallVector<Instruction *, 4> LiveValues;
@@ -74,8 +75,7 @@ std::optional<EntrySplit> findEntrySplit(Function &F, unsigned MaxSize,
                                          bool InlinerFollows);
 
 /// Takes \p F apart at \p Split, which is its own and invalid afterwards.
-/// Returns the rest, a new
-/// internal function that calls itself where \p F did.
+/// Returns the rest, a new internal function that calls itself where \p F did.
 Function &splitEntry(Function &F, EntrySplit Split);
 
 } // namespace inlinerecursion
