@@ -8,12 +8,14 @@ A B C A B C ... A run's time is the user CPU time that hyperfine reports; a
 build's time is the median over the rounds. Everything runs pinned to one CPU.
 
 Every sample goes to build/bench/state.jsonl as soon as it is there, under the hash
-of the program, its arguments and the round, and is looked up there before anything
-runs. An interrupted measurement thus goes on where it
-stopped, and whatever changes the programs makes new keys.
+of the program, its arguments, the round and the programs that it ran among, and is
+looked up there before anything runs. An interrupted measurement thus goes on where
+it stopped. Where one program of a row has changed, all of them run again: times of
+another hour, on a machine that was busier or not, say nothing about the new ones.
 """
 
 import fcntl
+import hashlib
 import json
 import os
 import signal
@@ -146,9 +148,11 @@ class Runner:
             return None, None, f"ended with status {status}: {last_line(output)}"
         return result["user"], output.strip(), None
 
-    def sample(self, program, arguments, number):
-        """The sample of one round, from the state or by a run."""
-        key = " ".join([program.content, *arguments, f"cpu={self.cpu}"])
+    def sample(self, program, among, arguments, number):
+        """The sample of one round among these programs, from the state or by a
+        run."""
+        key = " ".join([program.content, *arguments, f"cpu={self.cpu}",
+                        f"among={among}"])
         known = [r for r in self.state.get("run", key) if r["round"] == number]
         if not known:
             seconds, output, error = self.run_once(program, arguments)
@@ -177,9 +181,12 @@ class Runner:
             if program.error:
                 row["problems"].append(f"{label}: {program.error}")
                 del programs[label]
+        contents = sorted({program.content for program in programs.values()})
+        among = hashlib.sha256(" ".join(contents).encode()).hexdigest()[:16]
         for number in range(rounds):
             for label, program in list(programs.items()):
-                seconds, output, error = self.sample(program, arguments, number)
+                seconds, output, error = self.sample(program, among, arguments,
+                                                     number)
                 if not error and output != counted["result"]:
                     error = (f"prints '{output}', not '{counted['result']}'")
                 if error:

@@ -95,6 +95,16 @@ class FakeBuilder:
         return builds.Program(key, Path(key), text=10, content=key)
 
 
+class NewGccBuilder(FakeBuilder):
+    """gcc makes another file than before."""
+
+    def build(self, kernel, column, value, extra=()):
+        program = super().build(kernel, column, value, extra)
+        if column.label == "gcc":
+            program.content += ".new"
+        return program
+
+
 class SameBuilder(FakeBuilder):
     """Every compiler makes the same file."""
 
@@ -173,6 +183,13 @@ class Measuring(unittest.TestCase):
         runner = FakeRunner(self.state(), FakeBuilder())
         runner.measure(KERNEL, "1", COLUMNS, 3)
         self.assertEqual(runner.runs, [])
+
+    def test_a_row_with_a_new_program_is_measured_whole(self):
+        FakeRunner(self.state(), FakeBuilder()).measure(KERNEL, "1", COLUMNS, 2)
+        runner = FakeRunner(self.state(), NewGccBuilder())
+        runner.measure(KERNEL, "1", COLUMNS, 2)
+        self.assertEqual([key for key, *_ in runner.runs],
+                         ["k.clang.1", "k.gcc.1"] * 2)
 
     def test_one_at_a_time(self):
         self.state()
