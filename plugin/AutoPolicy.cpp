@@ -97,6 +97,10 @@ static constexpr unsigned MaxOtherCalls = 1;
 /// threshold of 225, at five for an instruction).
 static constexpr unsigned MaxInlinedSize = 45;
 
+/// A local function with a single call is inlined there up to a size of this
+/// (the inliner's bonus for the last call, 15000, at five for an instruction).
+static constexpr unsigned MaxOnlyCallSize = 3000;
+
 /// Fewer levels of leaves are not worth a test of their own.
 static constexpr unsigned MinLeafLevels = 2;
 
@@ -268,15 +272,22 @@ static unsigned countCarriedValues(const Function &F, const Loop &L) {
          count_if(F.args(), IsUsedInLoop);
 }
 
+/// The loop that all of \p F is, as a tail call makes one of it; null if none.
+static const Loop *findTailLoop(const Function &F, const LoopInfo &LI) {
+  const BasicBlock &Entry = F.getEntryBlock();
+  const BasicBlock *Header = Entry.getSingleSuccessor();
+  const Loop *L = Header ? LI.getLoopFor(Header) : nullptr;
+  return L && L->getHeader() == Header && Entry.sizeWithoutDebug() == 1
+             ? L
+             : nullptr;
+}
+
 /// Are \p Calls in a loop that all of the function is, and that carries few
 /// values?
 static bool areInSmallTailLoop(ArrayRef<CallBase *> Calls, const Function &F,
                                const LoopInfo &LI, ScalarEvolution &SE) {
-  const BasicBlock *Header = F.getEntryBlock().getSingleSuccessor();
-  const Loop *L = Header ? LI.getLoopFor(Header) : nullptr;
-  return L && L->getHeader() == Header &&
-         F.getEntryBlock().sizeWithoutDebug() == 1 &&
-         countCarriedValues(F, *L) <= MaxValuesInTailLoop &&
+  const Loop *L = findTailLoop(F, LI);
+  return L && countCarriedValues(F, *L) <= MaxValuesInTailLoop &&
          all_of(Calls, [&](const CallBase *Call) {
            return LI.getLoopFor(Call->getParent()) == L &&
                   !isInShortLoop(*Call, LI, SE);
@@ -284,12 +295,17 @@ static bool areInSmallTailLoop(ArrayRef<CallBase *> Calls, const Function &F,
 }
 
 /// Why calls are not what \p F spends its time on: a loop without any stands in
-/// front of one or behind it.  What a leaf does in a loop is another matter.
-static std::optional<Verdict> findOtherWork(ArrayRef<CallBase *> Calls,
+/// front of one or behind it.  What a leaf does in a loop is another matter,
+/// and so is the loop that a self call of its own has become: a comparison of
+/// two strings recurses twice where they differ and goes on where they do not.
+static std::optional<Verdict> findOtherWork(const Function &F,
+                                            ArrayRef<CallBase *> Calls,
                                             const LoopInfo &LI,
                                             const DominatorTree &DT) {
+  const Loop *TailLoop = findTailLoop(F, LI);
   auto IsInTheWay = [&](const Loop *L) {
-    return none_of(Calls, [L](const CallBase *C) { return L->contains(C); }) &&
+    return L != TailLoop &&
+           none_of(Calls, [L](const CallBase *C) { return L->contains(C); }) &&
            any_of(Calls, [&](const CallBase *C) {
              return DT.dominates(L->getHeader(), C->getParent()) ||
                     DT.dominates(C->getParent(), L->getHeader());
@@ -365,6 +381,17 @@ static bool staysCall(const CallBase &Call, bool InlinerFollows) {
          getCodeSize(*Callee) > MaxInlinedSize;
 }
 
+/// Is what \p Call calls inlined although it is large, because nobody else
+/// calls it?
+static bool isInlinedAsOnlyCall(const CallBase &Call) {
+  const Function *Callee = Call.getCalledFunction();
+  if (!Callee || !Callee->hasLocalLinkage() || !Callee->hasOneLiveUse() ||
+      Callee->isDeclaration() || Callee->hasFnAttribute(Attribute::NoInline))
+    return false;
+  const unsigned Size = getCodeSize(*Callee);
+  return Size > MaxInlinedSize && Size <= MaxOnlyCallSize;
+}
+
 namespace {
 /// What the calls of other functions come to.
 struct OtherCalls {
@@ -372,6 +399,8 @@ struct OtherCalls {
   unsigned Count = 0;
   /// The instructions of those that are inlined.
   unsigned InlinedSize = 0;
+  /// One that stays a call in copies only; null if none.
+  const CallBase *OnlyCall = nullptr;
 };
 } // namespace
 
@@ -389,6 +418,8 @@ static OtherCalls findOtherCalls(const Function &F, bool InlinerFollows) {
       if (!Call || isa<IntrinsicInst>(Call) || Call->isInlineAsm() ||
           Call->getCalledFunction() == &F)
         continue;
+      if (InlinerFollows && isInlinedAsOnlyCall(*Call))
+        Other.OnlyCall = Call;
       if (staysCall(*Call, InlinerFollows))
         ++Other.Count;
       else
@@ -407,7 +438,7 @@ bool AutoPolicy::wantsLoopsFirst(const AutoBounds &Bounds) {
     return false;
   // Left alone, the function stays as it is.
   if (OtherCalls.empty() || OtherCalls.size() > MaxSelfCalls ||
-      findOtherWork(Calls, FAM.getResult<LoopAnalysis>(F),
+      findOtherWork(F, Calls, FAM.getResult<LoopAnalysis>(F),
                     FAM.getResult<DominatorTreeAnalysis>(F)))
     return false;
   // What counts makes all of its calls, each as deep as the others.
@@ -646,12 +677,18 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   const bool MayBeKnown = Estimator.canEstimateRecursionDepth();
   if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
     return RecursionPlan(refuse("AutoDeclined") << Reason);
+  const OtherCalls Other = findOtherCalls(F, Bounds.InlinerFollows);
+  if (Other.OnlyCall)
+    return RecursionPlan(
+        refuse("AutoOnlyCaller")
+        << "it is the only caller of '"
+        << NV("Callee", Other.OnlyCall->getCalledFunction())
+        << "', whose inlining is worth more than copies with calls of it");
   if (MayBeKnown && Bounds.InlinerFollows)
     if (auto Plan = planChain(F, Calls, Estimator, LI, SE, DT, Bounds))
       return *Plan;
-  if (std::optional<Verdict> Reason = findOtherWork(Calls, LI, DT))
+  if (std::optional<Verdict> Reason = findOtherWork(F, Calls, LI, DT))
     return RecursionPlan(*Reason);
-  const OtherCalls Other = findOtherCalls(F, Bounds.InlinerFollows);
   if (Other.Count > MaxOtherCalls * Calls.size())
     return RecursionPlan(refuse("AutoOtherCalls")
                          << "it makes " << NV("OtherCalls", Other.Count)

@@ -863,14 +863,43 @@ TEST(AutoRefusalTest, ALoopToBeUnrolled) {
 // Refusals
 //===----------------------------------------------------------------------===//
 
+/// A function @large of 46 instructions, one more than the inliner takes
+/// anywhere.
+std::string largeFunction(const std::string &Linkage, unsigned Stores = 45,
+                          const std::string &Attributes = "") {
+  std::string Large =
+      "define " + Linkage + " void @large() " + Attributes + " {\n";
+  for (unsigned I = 0; I != Stores; ++I)
+    Large += "  store volatile i32 0, ptr @g\n";
+  return Large + "  ret void\n}\n";
+}
+
+TEST(AutoRefusalTest, OnlyCallerOfALargeFunction) {
+  const std::string F =
+      voidWith("  call void @large()\n" + CallAndStore + CallAndStore);
+  auto Name = [&](const std::string &Large, bool InlinerFollows = true) {
+    return Asked(F + Large, {7, 550, InlinerFollows}).name();
+  };
+  EXPECT_EQ(Name(largeFunction("internal")), "AutoOnlyCaller");
+  EXPECT_EQ(Name(largeFunction("internal", 2999)), "AutoOnlyCaller");
+  // What is inlined everywhere, and nowhere.
+  EXPECT_EQ(Name(largeFunction("internal", 44)), "AutoRing");
+  EXPECT_EQ(Name(largeFunction("internal", 3000)), "AutoRing");
+  EXPECT_EQ(Name(largeFunction("internal", 45, "noinline")), "AutoRing");
+  EXPECT_EQ(Name(largeFunction("internal"), /*InlinerFollows=*/false),
+            "AutoRing");
+  // Others may call it, or do.
+  EXPECT_EQ(Name(largeFunction("")), "AutoRing");
+  EXPECT_EQ(Name(largeFunction("internal") +
+                 "define void @h() {\n  call void @large()\n  ret void\n}\n"),
+            "AutoRing");
+}
+
 TEST(AutoRefusalTest, OtherCallsTakeTheTime) {
   const std::string Small = "declare void @llvm.assume(i1)\n"
                             "declare i1 @llvm.is.constant.i32(i32)\n"
                             "define internal void @small() {\n  ret void\n}\n";
-  std::string Large = "define internal void @large() {\n";
-  for (unsigned I = 0; I != 45; ++I)
-    Large += "  store volatile i32 0, ptr @g\n";
-  Large += "  ret void\n}\n";
+  const std::string Large = largeFunction("");
   const std::string Other = "  call void @other()\n";
   auto Name = [&](const std::string &Body, bool InlinerFollows = true,
                   const std::string &Rest = "") {
@@ -983,6 +1012,39 @@ TEST(AutoRefusalTest, ALoopBesideTheCalls) {
   EXPECT_EQ(Asked(voidWith(CallAndStore + Loop)).name(), "AutoWorkInLoop");
   EXPECT_EQ(Asked(voidWith(Loop + CallAndStore)).name(), "AutoWorkInLoop");
   EXPECT_EQ(Asked(voidWith(CallAndStore)).name(), "AutoRing");
+}
+
+TEST(AutoRingTest, BehindTheLoopThatATailCallHasBecome) {
+  // Its own loop goes on where there is nothing to choose from.
+  auto InLoop = [](const std::string &Entry) {
+    return Prelude + std::string("define i32 @f(i32 %n, i32 %k) {\nentry:\n") +
+           Entry + R"(  br label %tailrecurse
+tailrecurse:
+  %m = phi i32 [ %n, %entry ], [ %less, %same ]
+  %none = icmp ult i32 %m, 2
+  br i1 %none, label %exit, label %on
+on:
+  %less = sub i32 %m, 1
+  %equal = call i1 @more()
+  br i1 %equal, label %same, label %rec
+same:
+  br label %tailrecurse
+rec:
+  %a = call i32 @f(i32 %less, i32 %k)
+  %b = call i32 @f(i32 %less, i32 %m)
+  %c = call i32 @llvm.smax.i32(i32 %a, i32 %b)
+  br label %exit
+exit:
+  %r = phi i32 [ %m, %tailrecurse ], [ %c, %rec ]
+  ret i32 %r
+}
+declare i32 @llvm.smax.i32(i32, i32)
+)";
+  };
+  const Asked A(InLoop(""));
+  EXPECT_EQ(A.name(), "AutoRing");
+  EXPECT_TRUE(A.Plan.Guard);
+  EXPECT_EQ(Asked(InLoop("  call void @other()\n")).name(), "AutoWorkInLoop");
 }
 
 TEST(AutoRefusalTest, NoTestBeforeTheCalls) {
