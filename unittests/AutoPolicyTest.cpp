@@ -238,8 +238,79 @@ TEST(LoopsFirstTest, ATailCallOfAnotherCallsResult) {
                   .LoopsFirst);
 }
 
-TEST(LoopsFirstTest, NotATailCallThatDependsOnNoOther) {
-  EXPECT_FALSE(Asked(hanoi()).LoopsFirst);
+TEST(LoopsFirstTest, NotWhereLeavesAreCounted) {
+  EXPECT_FALSE(Asked(hanoi(), {7, 550, /*InlinerFollows=*/true}).LoopsFirst);
+  EXPECT_TRUE(Asked(hanoi()).LoopsFirst);
+}
+
+/// A walk that goes on with a tail call; \p Between its calls.
+std::string tailWalk(const std::string &Between, const std::string &Arguments,
+                     const std::string &FirstCall = Call) {
+  return voidWith(FirstCall + "  store i32 %n, ptr %p\n" + Between +
+                  "  call void @f(" + Arguments + ")\n");
+}
+
+const std::string Unless = "  %last = call i1 @more()\n"
+                           "  br i1 %last, label %exit, label %on\non:\n";
+
+TEST(LoopsFirstTest, ATailCallThatIsAlwaysMade) {
+  const Asked A(tailWalk("", "i32 %n, ptr null"));
+  EXPECT_TRUE(A.LoopsFirst);
+  EXPECT_EQ(A.name(), "AutoRing");
+  EXPECT_FALSE(Asked(tailWalk(Unless, "i32 %n, ptr null")).LoopsFirst);
+  // With a third call the copies are a tree in any case.
+  EXPECT_FALSE(
+      Asked(tailWalk("", "i32 %n, ptr null", CallAndStore + Call)).LoopsFirst);
+}
+
+TEST(LoopsFirstTest, NotForWhatIsNoRing) {
+  const std::string F = tailWalk("", "i32 %n, ptr null");
+  EXPECT_FALSE(Asked(F, {1, 550}).LoopsFirst);
+  EXPECT_FALSE(Asked(F, {7, 1}).LoopsFirst);
+}
+
+TEST(LoopsFirstTest, ATailCallThatStepsThreeArguments) {
+  auto LoopsFirst = [](const std::string &Arguments) {
+    return Asked(voidWith("  call void @f(i32 %n, ptr %p, i32 %i, i32 %j)\n"
+                          "  store i32 %n, ptr %p\n" +
+                              Unless + "  call void @f(" + Arguments + ")\n",
+                          "", "i32 %n, ptr %p, i32 %i, i32 %j"))
+        .LoopsFirst;
+  };
+  EXPECT_TRUE(LoopsFirst("i32 %n, ptr null, i32 %j, i32 %i"));
+  EXPECT_FALSE(LoopsFirst("i32 %n, ptr null, i32 %i, i32 1"));
+}
+
+TEST(LoopsFirstTest, ATailCallWithATestOfItsOwn) {
+  // Whether there is a left one, and a right one.
+  const std::string Tested = R"(
+define void @f(ptr %t) {
+entry:
+  %l = load ptr, ptr %t
+  %none = icmp eq ptr %l, null
+  br i1 %none, label %visit, label %left
+left:
+  call void @f(ptr %l)
+  br label %visit
+visit:
+  %v = load i32, ptr @g
+  %v1 = add i32 %v, 3
+  store i32 %v1, ptr @g
+  %q = getelementptr ptr, ptr %t, i64 1
+  %r = load ptr, ptr %q
+  %end = icmp eq ptr %r, null
+  br i1 %end, label %exit, label %right
+right:
+  call void @f(ptr %r)
+  br label %exit
+exit:
+  ret void
+}
+)";
+  const Asked A(Prelude + Tested);
+  EXPECT_EQ(A.name(), "AutoRing");
+  EXPECT_FALSE(A.Plan.Guard);
+  EXPECT_TRUE(A.LoopsFirst);
 }
 
 TEST(LoopsFirstTest, NotWithoutTailCalls) {
