@@ -717,21 +717,30 @@ exit:
 )";
 }
 
-TEST(AutoRingTest, MoreCopiesInATailLoopOfTwoValues) {
+TEST(AutoRingTest, MoreCopiesInATailLoopOfThreeValues) {
   const AutoBounds Nine = {12, 900};
   const std::string Sum = "  %s = phi i32 [ 0, %entry ], [ %r, %body ]\n";
   const std::string Again = "  %next = add i32 %m, -1\n";
   EXPECT_EQ(Asked(tailLoop("", Again), Nine).Plan.Copies, 9u);
-  EXPECT_EQ(Asked(tailLoop(Sum, Again), Nine).Plan.Copies, 9u);
-  // A third, in a PHI or as an argument that every copy has its own of.
+  const std::string Sums =
+      Sum + "  %t = phi i32 [ 0, %entry ], [ %s, %body ]\n";
+  EXPECT_EQ(Asked(tailLoop(Sums, Again), Nine).Plan.Copies, 9u);
+  // A fourth, in a PHI or as an argument that every copy has its own of.
   EXPECT_EQ(
-      Asked(tailLoop(Sum + "  %t = phi i32 [ 0, %entry ], [ %s, %body ]\n",
+      Asked(tailLoop(Sums + "  %u = phi i32 [ 0, %entry ], [ %t, %body ]\n",
                      Again),
             Nine)
           .Plan.Copies,
       3u);
   EXPECT_EQ(
-      Asked(tailLoop(Sum, "  %next = sub i32 %m, %k\n"), Nine).Plan.Copies, 3u);
+      Asked(tailLoop(Sums, "  %next = sub i32 %m, %k\n"), Nine).Plan.Copies,
+      3u);
+  // With a second call, a third is too many.
+  const std::string Second = "  call void @use(ptr @g)\n"
+                             "  %r2 = call i32 @f(i32 %below, i32 1)\n"
+                             "  store i32 %r2, ptr @g\n";
+  EXPECT_EQ(Asked(tailLoop(Sum, Second + Again), Nine).Plan.Copies, 7u);
+  EXPECT_EQ(Asked(tailLoop(Sums, Second + Again), Nine).Plan.Copies, 4u);
   // A loop that something stands in front of is not all of the function.
   EXPECT_EQ(
       Asked(tailLoop(Sum, Again, "  %x = add i32 %n, 1\n"), Nine).Plan.Copies,
