@@ -412,8 +412,8 @@ struct OtherCalls {
   unsigned Count = 0;
   /// The instructions of those that are inlined.
   unsigned InlinedSize = 0;
-  /// One that stays a call in copies only; null if none.
-  const CallBase *OnlyCall = nullptr;
+  /// What is inlined here, and would not be into copies; null if nothing.
+  const Function *OnlyCallee = nullptr;
 };
 } // namespace
 
@@ -432,7 +432,7 @@ static OtherCalls findOtherCalls(const Function &F, bool InlinerFollows) {
           Call->getCalledFunction() == &F)
         continue;
       if (InlinerFollows && isInlinedAsOnlyCall(*Call))
-        Other.OnlyCall = Call;
+        Other.OnlyCallee = Call->getCalledFunction();
       if (staysCall(*Call, InlinerFollows))
         ++Other.Count;
       else
@@ -730,11 +730,10 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   if (StringRef Reason = Estimator.getDeclineReason(); !Reason.empty())
     return RecursionPlan(refuse("AutoDeclined") << Reason);
   const OtherCalls Other = findOtherCalls(F, Bounds.InlinerFollows);
-  if (Other.OnlyCall)
+  if (Other.OnlyCallee)
     return RecursionPlan(
         refuse("AutoOnlyCaller")
-        << "it is the only caller of '"
-        << NV("Callee", Other.OnlyCall->getCalledFunction())
+        << "it is the only caller of '" << NV("Callee", Other.OnlyCallee)
         << "', whose inlining is worth more than copies with calls of it");
   if (MayBeKnown && Bounds.InlinerFollows)
     if (auto Plan = planChain(F, Calls, Estimator, LI, SE, DT, Bounds))

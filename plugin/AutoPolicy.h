@@ -29,9 +29,9 @@
 ///  - What tail recursion elimination turns into a loop is left to it.  An
 ///    accumulator, because otherwise the recursion would need stack; a tail
 ///    call whose arguments are results of other self calls, because copies of
-///    it know nothing; the one tail call beside one other, as in a walk through
-///    a tree, because copies are then as many bodies as they are copies, and no
-///    tree of them.
+///    it know nothing; the tail call beside one other call, as in a walk
+///    through a tree, because copies of what is left are a row of bodies and
+///    not a tree of them.
 ///  - The second and later self calls of a body skip a copy.  The calls that
 ///    close the ring then stand at different depths, and no argument is
 ///    as unlucky as every fourth height of the towers of Hanoi is with four
