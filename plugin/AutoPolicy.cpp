@@ -4,14 +4,13 @@
 #include "../host/InliningPlan.h"
 #include "../host/RecursionDepthEstimator.h"
 #include "../pass/InlineRecursion.h"
+#include "EqualCalls.h"
 #include "LoopHints.h"
+#include "OtherCalls.h"
 #include "Protection.h"
 #include "SelfCalls.h"
 #include "Verdict.h"
-#include "llvm/ADT/DepthFirstIterator.h"
 #include "llvm/ADT/STLExtras.h"
-#include "llvm/ADT/SmallPtrSet.h"
-#include "llvm/Analysis/CFG.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/PostDominators.h"
@@ -20,8 +19,6 @@
 #include "llvm/IR/Dominators.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
-#include "llvm/IR/IntrinsicInst.h"
-#include "llvm/Support/MathExtras.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -100,14 +97,6 @@ static constexpr unsigned LittleShare = 4;
 /// With more other calls for each self call, the time goes into those.
 static constexpr unsigned MaxOtherCalls = 1;
 
-/// A function that is larger than this is taken to stay one (the inliner's
-/// threshold of 225, at five for an instruction).
-static constexpr unsigned MaxInlinedSize = 45;
-
-/// A local function with a single call is inlined there up to a size of this
-/// (the inliner's bonus for the last call, 15000, at five for an instruction).
-static constexpr unsigned MaxOnlyCallSize = 3000;
-
 /// Fewer levels of leaves are not worth a test of their own.
 static constexpr unsigned MinLeafLevels = 2;
 
@@ -119,98 +108,9 @@ static Verdict refuse(StringRef Name) { return Verdict(false, Name); }
 // What the self calls look like
 //===----------------------------------------------------------------------===//
 
-/// Does \p V depend on the result of one of \p Calls, by at most a few
-/// operations?
-static bool dependsOnResult(const Value *V, ArrayRef<CallBase *> Calls,
-                            unsigned Depth = 4) {
-  const auto *I = dyn_cast<Instruction>(V);
-  if (!I || Depth == 0)
-    return false;
-  if (is_contained(Calls, I))
-    return true;
-  return any_of(I->operands(), [&](const Use &Operand) {
-    return dependsOnResult(Operand, Calls, Depth - 1);
-  });
-}
-
 static bool hasVariablesInMemory(const Function &F) {
   return any_of(instructions(F),
                 [](const Instruction &I) { return isa<AllocaInst>(I); });
-}
-
-/// By how much \p Call steps each argument of \p F; empty if not by constants.
-static SmallVector<const SCEVConstant *, 4>
-findSteps(const CallBase &Call, Function &F, ScalarEvolution &SE) {
-  SmallVector<const SCEVConstant *, 4> Steps;
-  for (Argument &A : F.args()) {
-    Value *Operand = Call.getArgOperand(A.getArgNo());
-    if (!SE.isSCEVable(A.getType()) || A.getType()->isPointerTy())
-      return {};
-    const auto *Step = dyn_cast<SCEVConstant>(
-        SE.getMinusSCEV(SE.getSCEV(Operand), SE.getSCEV(&A)));
-    if (!Step)
-      return {};
-    Steps.push_back(Step);
-  }
-  return Steps;
-}
-
-/// Does \p F do nothing but read, compute and call itself?
-static bool isPure(const Function &F) {
-  return none_of(instructions(F), [&F](const Instruction &I) {
-    if (const auto *Call = dyn_cast<CallBase>(&I))
-      return Call->getCalledFunction() != &F && !Call->doesNotAccessMemory() &&
-             !isa<DbgInfoIntrinsic>(Call);
-    if (const auto *Load = dyn_cast<LoadInst>(&I))
-      return !Load->isUnordered();
-    return I.mayHaveSideEffects();
-  });
-}
-
-/// Would calls at different places in two copies of \p F be equal?  They are
-/// where all steps are constants, in whatever order those are made.  One of two
-/// calls has to follow the other.
-///
-/// A recursion that accumulates is not turned into a loop then, so one of the
-/// other calls must recurse as deeply as that one: by steps that are not larger
-/// and in the same direction.
-static bool hasEqualCalls(Function &F, ArrayRef<CallBase *> Calls,
-                          FunctionAnalysisManager &FAM) {
-  if (Calls.size() < 2 || F.arg_empty() || !isPure(F))
-    return false;
-  auto &DT = FAM.getResult<DominatorTreeAnalysis>(F);
-  if (none_of(drop_begin(Calls), [&](const CallBase *Call) {
-        return DT.dominates(Calls.front(), Call);
-      }))
-    return false;
-
-  auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
-  SmallVector<SmallVector<const SCEVConstant *, 4>, 4> Steps;
-  for (const CallBase *Call : Calls) {
-    Steps.push_back(findSteps(*Call, F, SE));
-    if (Steps.back().empty())
-      return false;
-  }
-  auto IsNotLarger = [](const SCEVConstant *A, const SCEVConstant *B) {
-    return A->getAPInt().isNegative() == B->getAPInt().isNegative() &&
-           A->getAPInt().abs().ule(B->getAPInt().abs());
-  };
-  for (auto [Call, Step] : zip(Calls, Steps)) {
-    if (!isTailCall(*Call) && !isAccumulating(*Call))
-      continue;
-    const bool IsCovered =
-        any_of(zip(Calls, Steps), [&, Call = Call, &Step = Step](auto P) {
-          const CallBase &Other = *std::get<0>(P);
-          return !isTailCall(Other) && !isAccumulating(Other) &&
-                 DT.dominates(&Other, Call) &&
-                 all_of(zip(std::get<1>(P), Step), [&](auto Pair) {
-                   return IsNotLarger(std::get<0>(Pair), std::get<1>(Pair));
-                 });
-        });
-    if (!IsCovered)
-      return false;
-  }
-  return true;
 }
 
 //===----------------------------------------------------------------------===//
@@ -277,16 +177,6 @@ static unsigned countCarriedValues(const Function &F, const Loop &L) {
   const auto Phis = L.getHeader()->phis();
   return std::distance(Phis.begin(), Phis.end()) +
          count_if(F.args(), IsUsedInLoop);
-}
-
-/// The loop that all of \p F is, as a tail call makes one of it; null if none.
-static const Loop *findTailLoop(const Function &F, const LoopInfo &LI) {
-  const BasicBlock &Entry = F.getEntryBlock();
-  const BasicBlock *Header = Entry.getSingleSuccessor();
-  const Loop *L = Header ? LI.getLoopFor(Header) : nullptr;
-  return L && L->getHeader() == Header && Entry.sizeWithoutDebug() == 1
-             ? L
-             : nullptr;
 }
 
 /// Are \p Calls in a loop that all of the function is, that goes on from an
@@ -386,91 +276,6 @@ planLeaves(Function &F, ArrayRef<CallBase *> Calls, const LoopInfo &LI,
   return Plan;
 }
 
-/// Does no inliner make anything less of \p Call?
-static bool staysCall(const CallBase &Call, bool InlinerFollows) {
-  const Function *Callee = Call.getCalledFunction();
-  return !InlinerFollows || !Callee || Callee->isDeclaration() ||
-         Callee->hasFnAttribute(Attribute::NoInline) ||
-         getCodeSize(*Callee) > MaxInlinedSize;
-}
-
-/// Is what \p Call calls inlined although it is large, because nobody else
-/// calls it?
-static bool isInlinedAsOnlyCall(const CallBase &Call) {
-  const Function *Callee = Call.getCalledFunction();
-  if (!Callee || !Callee->hasLocalLinkage() || !Callee->hasOneLiveUse() ||
-      Callee->isDeclaration() || Callee->hasFnAttribute(Attribute::NoInline))
-    return false;
-  const unsigned Size = getCodeSize(*Callee);
-  return Size > MaxInlinedSize && Size <= MaxOnlyCallSize;
-}
-
-namespace {
-/// What the calls of other functions come to.
-struct OtherCalls {
-  /// Those that stay calls.
-  unsigned Count = 0;
-  /// The instructions of those that are inlined.
-  unsigned InlinedSize = 0;
-  /// What is inlined here, and would not be into copies; null if nothing.
-  const Function *OnlyCallee = nullptr;
-};
-} // namespace
-
-/// The calls of other functions that \p F makes, if it returns and nothing is
-/// thrown.
-static OtherCalls findOtherCalls(const Function &F, bool InlinerFollows) {
-  df_iterator_default_set<const BasicBlock *> Exceptional;
-  for (const BasicBlock &BB : F)
-    if (BB.isEHPad() || isa<UnreachableInst>(BB.getTerminator()))
-      Exceptional.insert(&BB);
-  OtherCalls Other;
-  for (const BasicBlock *BB : depth_first_ext(&F.getEntryBlock(), Exceptional))
-    for (const Instruction &I : *BB) {
-      const auto *Call = dyn_cast<CallBase>(&I);
-      if (!Call || isa<IntrinsicInst>(Call) || Call->isInlineAsm() ||
-          Call->getCalledFunction() == &F)
-        continue;
-      if (InlinerFollows && isInlinedAsOnlyCall(*Call))
-        Other.OnlyCallee = Call->getCalledFunction();
-      if (staysCall(*Call, InlinerFollows))
-        ++Other.Count;
-      else
-        Other.InlinedSize += getCodeSize(*Call->getCalledFunction());
-    }
-  return Other;
-}
-
-/// Has each of \p Calls a test of its own in front of it, and may be made
-/// whether the others are or not?  Then the one who calls has made the test
-/// that a guard would make.
-static bool areTestedOneByOne(ArrayRef<CallBase *> Calls,
-                              const DominatorTree &DT,
-                              const PostDominatorTree &PDT) {
-  const BasicBlock *Entry = DT.getRoot();
-  auto IsFollowedBy = [&](const CallBase *First, const CallBase *Second) {
-    return isPotentiallyReachable(First, Second, nullptr, &DT);
-  };
-  return all_of(Calls, [&](const CallBase *Call) {
-    return !PDT.dominates(Call->getParent(), Entry) &&
-           all_of(Calls, [&](const CallBase *Other) {
-             return Call == Other ||
-                    (!DT.dominates(Call, Other) &&
-                     (IsFollowedBy(Call, Other) || IsFollowedBy(Other, Call)));
-           });
-  });
-}
-
-/// How many of its arguments does \p F hand on changed?
-static unsigned countSteppedArguments(const Function &F,
-                                      ArrayRef<CallBase *> Calls) {
-  return count_if(F.args(), [&](const Argument &A) {
-    return any_of(Calls, [&A](const CallBase *Call) {
-      return Call->getArgOperand(A.getArgNo()) != &A;
-    });
-  });
-}
-
 /// Is \p TailCall better a loop before the ring is made of \p F, which calls
 /// itself once more at \p First?
 ///
@@ -543,17 +348,6 @@ AutoPolicy::findSumToPass(const AutoBounds &Bounds) {
   if (Kind != RecursionPlan::Ring && Kind != RecursionPlan::Split)
     return std::nullopt;
   return Sum;
-}
-
-/// Is none of \p Calls, two or more, made where another one has been?
-static bool excludeEachOther(ArrayRef<CallBase *> Calls,
-                             const DominatorTree &DT) {
-  return Calls.size() > 1 && all_of(Calls, [&](const CallBase *Call) {
-           return none_of(Calls, [&](const CallBase *Other) {
-             return Call != Other &&
-                    isPotentiallyReachable(Call, Other, nullptr, &DT);
-           });
-         });
 }
 
 /// Is the loop around \p Call, a short one, unrolled even where a copy of it is
@@ -702,6 +496,106 @@ planSplit(Function &F, ArrayRef<CallBase *> Calls, const AutoBounds &Bounds) {
   return Plan;
 }
 
+/// Most copies with which a ring of \p F pays, whose equal calls do not merge;
+/// not more than \p Most.
+static unsigned limitCopies(const Function &F, ArrayRef<CallBase *> Calls,
+                            bool HasGuard, const LoopInfo &LI,
+                            ScalarEvolution &SE, const DominatorTree &DT,
+                            unsigned Most) {
+  if (areInSmallTailLoop(Calls, F, LI, SE))
+    Most = std::min(Most, MaxCopiesInTailLoop);
+  else if (any_of(Calls, [&LI](const CallBase *Call) {
+             return LI.getLoopFor(Call->getParent());
+           }))
+    Most = std::min(Most, MaxCopiesInLoop + (Calls.size() > 1));
+  else if (Calls.size() <= 2)
+    Most = std::min(Most, MaxCopiesOfFewCalls);
+  if (excludeEachOther(Calls, DT))
+    Most = std::min(Most, MaxCopiesOfPath);
+  if (!HasGuard && any_of(Calls, [&](const CallBase *Call) {
+        return isInShortLoop(*Call, LI, SE);
+      }))
+    Most = std::min(Most, MaxCopiesInUnrolledLoop);
+  return Most;
+}
+
+RecursionPlan AutoPolicy::planWithoutRing(ArrayRef<CallBase *> Calls,
+                                          unsigned BodySize,
+                                          const Verdict &Reason,
+                                          const AutoBounds &Bounds) {
+  // Leaves leave the other activations as they are.
+  if (auto Plan = planLeaves(F, Calls, FAM.getResult<LoopAnalysis>(F),
+                             FAM.getResult<ScalarEvolutionAnalysis>(F), Bounds,
+                             /*MayEndEarly=*/true))
+    return *Plan;
+  const bool LacksTest = Reason.Name == NoTest;
+  if (LacksTest && BodySize <= MaxUnguardedSize)
+    if (auto Plan = planSplit(F, Calls, Bounds))
+      return *Plan;
+  RecursionPlan Nothing(Reason);
+  Nothing.LacksTest = LacksTest;
+  return Nothing;
+}
+
+RecursionPlan AutoPolicy::planRing(ArrayRef<CallBase *> Calls, bool MergesCalls,
+                                   unsigned BodySize,
+                                   const AutoBounds &Bounds) {
+  RecursionPlan Plan(Verdict(true, "AutoRing"));
+  Plan.Kind = RecursionPlan::Ring;
+  unsigned MaxCopies = std::min(Bounds.Copies, MaxCopiesToMerge);
+  if (!MergesCalls) {
+    const auto &LI = FAM.getResult<LoopAnalysis>(F);
+    const auto &DT = FAM.getResult<DominatorTreeAnalysis>(F);
+    auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
+    Plan.Guard = findEntryGuard(F, MaxGuardSize);
+    Plan.Staggered = true;
+    if (!Plan.Guard)
+      if (auto Reason = findRisk(BodySize, Calls, LI, SE, DT,
+                                 FAM.getResult<PostDominatorTreeAnalysis>(F)))
+        return planWithoutRing(Calls, BodySize, *Reason, Bounds);
+    MaxCopies = limitCopies(F, Calls, Plan.Guard.has_value(), LI, SE, DT,
+                            Bounds.Copies);
+  }
+  if (BodySize > MaxRingBodySize)
+    return RecursionPlan(refuse("AutoLargeBody")
+                         << "its " << NV("Instructions", BodySize)
+                         << " instructions, more than "
+                         << NV("Limit", MaxRingBodySize)
+                         << ", take the time, not its self calls");
+
+  // The more copies the better, as long as they fit.
+  const uint64_t FrameSize = getFrameSize(F);
+  for (unsigned Copies = 2; Copies <= MaxCopies; ++Copies) {
+    const FusedSize Size = estimateFusedSize(BodySize, Calls.size(),
+                                             Plan.Guard ? Plan.Guard->Size : 1,
+                                             Copies, Plan.Staggered);
+    if (Size.Instructions > Bounds.FunctionGrowth ||
+        Size.Bodies * FrameSize > MaxFusedFrame)
+      break;
+    Plan.Copies = Copies;
+    Plan.Growth = Size.Instructions;
+  }
+  if (Plan.Copies == 0)
+    return RecursionPlan(refuse("AutoTooLarge")
+                         << "two copies of its " << NV("Instructions", BodySize)
+                         << " instructions and " << NV("FrameSize", FrameSize)
+                         << " bytes of variables, inlined at "
+                         << NV("SelfCalls", unsigned(Calls.size()))
+                         << " self calls, would take more than "
+                         << NV("Limit", Bounds.FunctionGrowth)
+                         << " instructions or "
+                         << NV("FrameLimit", MaxFusedFrame) << " bytes");
+
+  Plan.Decision << NV("Shape", "ring") << " of " << NV("Copies", Plan.Copies)
+                << " copies by the automatic policy, "
+                << (MergesCalls  ? "so that equal calls merge, "
+                    : Plan.Guard ? "with its first test in front of calls, "
+                                 : "")
+                << "growing by about " << NV("Growth", Plan.Growth)
+                << " instructions";
+  return Plan;
+}
+
 RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
   if (std::optional<Verdict> Obstacle = findObstacle(F))
     return RecursionPlan(*Obstacle);
@@ -750,83 +644,6 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
     if (auto Plan = planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/false))
       return *Plan;
 
-  const unsigned BodySize = getCodeSize(F) + Other.InlinedSize;
-  const uint64_t FrameSize = getFrameSize(F);
-  RecursionPlan Plan(Verdict(true, "AutoRing"));
-  Plan.Kind = RecursionPlan::Ring;
-  unsigned MaxCopies = Bounds.Copies;
-  if (MergesCalls) {
-    MaxCopies = std::min(MaxCopies, MaxCopiesToMerge);
-  } else {
-    Plan.Guard = findEntryGuard(F, MaxGuardSize);
-    Plan.Staggered = true;
-    if (areInSmallTailLoop(Calls, F, LI, SE))
-      MaxCopies = std::min(MaxCopies, MaxCopiesInTailLoop);
-    else if (any_of(Calls, [&LI](const CallBase *Call) {
-               return LI.getLoopFor(Call->getParent());
-             }))
-      MaxCopies = std::min(MaxCopies, MaxCopiesInLoop + (Calls.size() > 1));
-    else if (Calls.size() <= 2)
-      MaxCopies = std::min(MaxCopies, MaxCopiesOfFewCalls);
-    if (excludeEachOther(Calls, DT))
-      MaxCopies = std::min(MaxCopies, MaxCopiesOfPath);
-  }
-  if (!MergesCalls && !Plan.Guard) {
-    auto &PDT = FAM.getResult<PostDominatorTreeAnalysis>(F);
-    if (auto Reason = findRisk(BodySize, Calls, LI, SE, DT, PDT)) {
-      // Leaves leave the other activations as they are.
-      if (auto Plan =
-              planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/true))
-        return *Plan;
-      const bool LacksTest = Reason->Name == NoTest;
-      if (LacksTest && BodySize <= MaxUnguardedSize)
-        if (auto Plan = planSplit(F, Calls, Bounds))
-          return *Plan;
-      RecursionPlan Nothing(*Reason);
-      Nothing.LacksTest = LacksTest;
-      return Nothing;
-    }
-    if (any_of(Calls, [&](const CallBase *Call) {
-          return isInShortLoop(*Call, LI, SE);
-        }))
-      MaxCopies = std::min(MaxCopies, MaxCopiesInUnrolledLoop);
-  }
-
-  if (BodySize > MaxRingBodySize)
-    return RecursionPlan(refuse("AutoLargeBody")
-                         << "its " << NV("Instructions", BodySize)
-                         << " instructions, more than "
-                         << NV("Limit", MaxRingBodySize)
-                         << ", take the time, not its self calls");
-
-  // The more copies the better, as long as they fit.
-  for (unsigned Copies = 2; Copies <= MaxCopies; ++Copies) {
-    const FusedSize Size = estimateFusedSize(BodySize, Calls.size(),
-                                             Plan.Guard ? Plan.Guard->Size : 1,
-                                             Copies, Plan.Staggered);
-    if (Size.Instructions > Bounds.FunctionGrowth ||
-        Size.Bodies * FrameSize > MaxFusedFrame)
-      break;
-    Plan.Copies = Copies;
-    Plan.Growth = Size.Instructions;
-  }
-  if (Plan.Copies == 0)
-    return RecursionPlan(refuse("AutoTooLarge")
-                         << "two copies of its " << NV("Instructions", BodySize)
-                         << " instructions and " << NV("FrameSize", FrameSize)
-                         << " bytes of variables, inlined at "
-                         << NV("SelfCalls", unsigned(Calls.size()))
-                         << " self calls, would take more than "
-                         << NV("Limit", Bounds.FunctionGrowth)
-                         << " instructions or "
-                         << NV("FrameLimit", MaxFusedFrame) << " bytes");
-
-  Plan.Decision << NV("Shape", "ring") << " of " << NV("Copies", Plan.Copies)
-                << " copies by the automatic policy, "
-                << (MergesCalls  ? "so that equal calls merge, "
-                    : Plan.Guard ? "with its first test in front of calls, "
-                                 : "")
-                << "growing by about " << NV("Growth", Plan.Growth)
-                << " instructions";
-  return Plan;
+  return planRing(Calls, MergesCalls, getCodeSize(F) + Other.InlinedSize,
+                  Bounds);
 }

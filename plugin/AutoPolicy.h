@@ -127,6 +127,16 @@ public:
   RecursionPlan makePlan(const AutoBounds &Bounds);
 
 private:
+  /// The ring of the function, whose self \p Calls merge or not, and whose
+  /// activation is \p BodySize instructions.
+  RecursionPlan planRing(ArrayRef<CallBase *> Calls, bool MergesCalls,
+                         unsigned BodySize, const AutoBounds &Bounds);
+
+  /// What is left to do for \p Reason not to build a ring.
+  RecursionPlan planWithoutRing(ArrayRef<CallBase *> Calls, unsigned BodySize,
+                                const Verdict &Reason,
+                                const AutoBounds &Bounds);
+
   Function &F;
   FunctionAnalysisManager &FAM;
 };

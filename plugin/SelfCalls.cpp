@@ -3,8 +3,11 @@
 #include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/Analysis/CFG.h"
 #include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/PostDominators.h"
 #include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/IR/Dominators.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
 
@@ -67,4 +70,64 @@ bool llvm::inlinerecursion::isInShortLoop(const CallBase &Call,
   const Loop *L = LI.getLoopFor(Call.getParent());
   const unsigned Trips = L ? SE.getSmallConstantTripCount(L) : 0;
   return Trips > 1 && Trips <= MaxUnrollableTrips;
+}
+
+bool llvm::inlinerecursion::dependsOnResult(const Value *V,
+                                            ArrayRef<CallBase *> Calls,
+                                            unsigned Depth) {
+  const auto *I = dyn_cast<Instruction>(V);
+  if (!I || Depth == 0)
+    return false;
+  if (is_contained(Calls, I))
+    return true;
+  return any_of(I->operands(), [&](const Use &Operand) {
+    return dependsOnResult(Operand, Calls, Depth - 1);
+  });
+}
+
+const Loop *llvm::inlinerecursion::findTailLoop(const Function &F,
+                                                const LoopInfo &LI) {
+  const BasicBlock &Entry = F.getEntryBlock();
+  const BasicBlock *Header = Entry.getSingleSuccessor();
+  const Loop *L = Header ? LI.getLoopFor(Header) : nullptr;
+  return L && L->getHeader() == Header && Entry.sizeWithoutDebug() == 1
+             ? L
+             : nullptr;
+}
+
+bool llvm::inlinerecursion::areTestedOneByOne(ArrayRef<CallBase *> Calls,
+                                              const DominatorTree &DT,
+                                              const PostDominatorTree &PDT) {
+  const BasicBlock *Entry = DT.getRoot();
+  auto IsFollowedBy = [&](const CallBase *First, const CallBase *Second) {
+    return isPotentiallyReachable(First, Second, nullptr, &DT);
+  };
+  return all_of(Calls, [&](const CallBase *Call) {
+    return !PDT.dominates(Call->getParent(), Entry) &&
+           all_of(Calls, [&](const CallBase *Other) {
+             return Call == Other ||
+                    (!DT.dominates(Call, Other) &&
+                     (IsFollowedBy(Call, Other) || IsFollowedBy(Other, Call)));
+           });
+  });
+}
+
+unsigned
+llvm::inlinerecursion::countSteppedArguments(const Function &F,
+                                             ArrayRef<CallBase *> Calls) {
+  return count_if(F.args(), [&](const Argument &A) {
+    return any_of(Calls, [&A](const CallBase *Call) {
+      return Call->getArgOperand(A.getArgNo()) != &A;
+    });
+  });
+}
+
+bool llvm::inlinerecursion::excludeEachOther(ArrayRef<CallBase *> Calls,
+                                             const DominatorTree &DT) {
+  return Calls.size() > 1 && all_of(Calls, [&](const CallBase *Call) {
+           return none_of(Calls, [&](const CallBase *Other) {
+             return Call != Other &&
+                    isPotentiallyReachable(Call, Other, nullptr, &DT);
+           });
+         });
 }

@@ -2,6 +2,8 @@
 
 #include "../plugin/SelfCalls.h"
 #include "TestModule.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/PostDominators.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -182,6 +184,173 @@ TEST(SelfCallsTest, AccumulatingCallsHaveOneUse) {
                            "  %v = add i32 %r, %w\n  ret i32 %v\n" +
                            ExitOfN),
             Other);
+}
+
+/// A function @f of two arguments that makes one call, and then, or else, or
+/// behind a test of its own, another one.
+std::string withTwoCalls(const std::string &Body) {
+  return "define void @f(i32 %n, i1 %c) {\nentry:\n" + Body + "}\n";
+}
+
+const std::string OneAfterTheOther = withTwoCalls(R"(
+  br i1 %c, label %first, label %exit
+first:
+  call void @f(i32 %n, i1 %c)
+  call void @f(i32 %n, i1 true)
+  br label %exit
+exit:
+  ret void
+)");
+const std::string OneOrTheOther = withTwoCalls(R"(
+  br i1 %c, label %first, label %second
+first:
+  call void @f(i32 %n, i1 %c)
+  br label %exit
+second:
+  call void @f(i32 %n, i1 true)
+  br label %exit
+exit:
+  ret void
+)");
+const std::string EachWithItsTest = withTwoCalls(R"(
+  br i1 %c, label %first, label %next
+first:
+  call void @f(i32 %n, i1 %c)
+  br label %next
+next:
+  %d = icmp eq i32 %n, 0
+  br i1 %d, label %second, label %exit
+second:
+  call void @f(i32 %n, i1 true)
+  br label %exit
+exit:
+  ret void
+)");
+const std::string SecondWithoutTest = withTwoCalls(R"(
+  br i1 %c, label %first, label %second
+first:
+  call void @f(i32 %n, i1 %c)
+  br label %second
+second:
+  call void @f(i32 %n, i1 true)
+  ret void
+)");
+
+bool callsExcludeEachOther(const std::string &Assembly) {
+  TestModule TM(Assembly);
+  Function &F = TM.function("f");
+  return excludeEachOther(findSelfCalls(F), TM.dominatorTree(F));
+}
+
+bool callsAreTestedOneByOne(const std::string &Assembly) {
+  TestModule TM(Assembly);
+  Function &F = TM.function("f");
+  return areTestedOneByOne(findSelfCalls(F), TM.dominatorTree(F),
+                           PostDominatorTree(F));
+}
+
+TEST(SelfCallsTest, CallsInDifferentArmsExcludeEachOther) {
+  EXPECT_TRUE(callsExcludeEachOther(OneOrTheOther));
+  EXPECT_FALSE(callsExcludeEachOther(OneAfterTheOther));
+  EXPECT_FALSE(callsExcludeEachOther(EachWithItsTest));
+}
+
+TEST(SelfCallsTest, ArmsOfALoopDoNotExcludeEachOther) {
+  EXPECT_FALSE(callsExcludeEachOther(withTwoCalls(R"(
+  br label %loop
+loop:
+  br i1 %c, label %first, label %second
+first:
+  call void @f(i32 %n, i1 %c)
+  br label %loop
+second:
+  call void @f(i32 %n, i1 true)
+  br label %loop
+)")));
+}
+
+TEST(SelfCallsTest, OneCallExcludesNothing) {
+  EXPECT_FALSE(callsExcludeEachOther(withTwoCalls(R"(
+  call void @f(i32 %n, i1 %c)
+  ret void
+)")));
+}
+
+TEST(SelfCallsTest, CallsWithATestEachAreTestedOneByOne) {
+  EXPECT_TRUE(callsAreTestedOneByOne(EachWithItsTest));
+  EXPECT_FALSE(callsAreTestedOneByOne(SecondWithoutTest));
+  // The second one is made whenever the first one is.
+  EXPECT_FALSE(callsAreTestedOneByOne(OneAfterTheOther));
+  // One test for both.
+  EXPECT_FALSE(callsAreTestedOneByOne(OneOrTheOther));
+}
+
+TEST(SelfCallsTest, ArgumentsAreSteppedWhereOneCallChangesThem) {
+  TestModule TM(R"(
+define void @f(i32 %a, i32 %b, i32 %c) {
+  %d = sub i32 %a, 1
+  call void @f(i32 %d, i32 %b, i32 %c)
+  call void @f(i32 %a, i32 %b, i32 0)
+  ret void
+}
+define void @swap(i32 %a, i32 %b) {
+  call void @swap(i32 %b, i32 %a)
+  ret void
+}
+)");
+  Function &F = TM.function("f"), &Swap = TM.function("swap");
+  EXPECT_EQ(countSteppedArguments(F, findSelfCalls(F)), 2u);
+  EXPECT_EQ(countSteppedArguments(Swap, findSelfCalls(Swap)), 2u);
+}
+
+TEST(SelfCallsTest, DependenceOnAResultIsFollowedAFewOperations) {
+  TestModule TM(R"(
+define i32 @f(i32 %n) {
+  %r = call i32 @f(i32 %n)
+  %one = add i32 %r, %n
+  %two = add i32 %n, %one
+  %three = add i32 %two, 1
+  %four = add i32 %three, 1
+  %none = add i32 %n, 1
+  ret i32 %four
+}
+)");
+  Function &F = TM.function("f");
+  const auto Calls = findSelfCalls(F);
+  auto Depends = [&](StringRef Name) {
+    return dependsOnResult(TestModule::find(F, Name), Calls);
+  };
+  EXPECT_TRUE(Depends("r"));
+  EXPECT_TRUE(Depends("one"));
+  EXPECT_TRUE(Depends("three"));
+  EXPECT_FALSE(Depends("four"));
+  EXPECT_FALSE(Depends("none"));
+  EXPECT_FALSE(dependsOnResult(F.getArg(0), Calls));
+}
+
+bool hasTailLoop(const std::string &InFrontOfLoop) {
+  TestModule TM("define void @f(i32 %n, ptr %p) {\n" + InFrontOfLoop + R"(
+  br label %loop
+loop:
+  %i = phi i32 [ %n, %front ], [ %j, %loop ]
+  %j = sub i32 %i, 1
+  %done = icmp eq i32 %j, 0
+  br i1 %done, label %exit, label %loop
+exit:
+  ret void
+}
+)");
+  Function &F = TM.function("f");
+  const LoopInfo LI(TM.dominatorTree(F));
+  const Loop *L = findTailLoop(F, LI);
+  EXPECT_TRUE(!L || L->getHeader()->getName() == "loop");
+  return L;
+}
+
+TEST(SelfCallsTest, ATailLoopIsAllThatAFunctionIs) {
+  EXPECT_TRUE(hasTailLoop("front:"));
+  EXPECT_FALSE(hasTailLoop("front:\n  store i32 0, ptr %p"));
+  EXPECT_FALSE(hasTailLoop("entry:\n  br label %front\nfront:"));
 }
 
 } // namespace
