@@ -94,6 +94,11 @@ static constexpr unsigned MaxSteppedInTree = 2;
 static constexpr unsigned MaxShortLoops = 7;
 static constexpr unsigned LittleShare = 4;
 
+/// A call of another function that stays one takes its time in each copy.
+/// Building a binary tree and giving it back, node by node, ran as fast with
+/// three copies as with five.  What is called through a pointer may be nothing.
+static constexpr unsigned MaxCopiesBesideCalls = 3;
+
 /// With more other calls for each self call, the time goes into those.
 static constexpr unsigned MaxOtherCalls = 1;
 
@@ -538,8 +543,9 @@ RecursionPlan AutoPolicy::planWithoutRing(ArrayRef<CallBase *> Calls,
 }
 
 RecursionPlan AutoPolicy::planRing(ArrayRef<CallBase *> Calls, bool MergesCalls,
-                                   unsigned BodySize,
+                                   const OtherCalls &Other,
                                    const AutoBounds &Bounds) {
+  const unsigned BodySize = getCodeSize(F) + Other.InlinedSize;
   RecursionPlan Plan(Verdict(true, "AutoRing"));
   Plan.Kind = RecursionPlan::Ring;
   unsigned MaxCopies = std::min(Bounds.Copies, MaxCopiesToMerge);
@@ -555,6 +561,8 @@ RecursionPlan AutoPolicy::planRing(ArrayRef<CallBase *> Calls, bool MergesCalls,
         return planWithoutRing(Calls, BodySize, *Reason, Bounds);
     MaxCopies = limitCopies(F, Calls, Plan.Guard.has_value(), LI, SE, DT,
                             Bounds.Copies);
+    if (Other.DirectCount > 0)
+      MaxCopies = std::min(MaxCopies, MaxCopiesBesideCalls);
   }
   if (BodySize > MaxRingBodySize)
     return RecursionPlan(refuse("AutoLargeBody")
@@ -644,6 +652,5 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
     if (auto Plan = planLeaves(F, Calls, LI, SE, Bounds, /*MayEndEarly=*/false))
       return *Plan;
 
-  return planRing(Calls, MergesCalls, getCodeSize(F) + Other.InlinedSize,
-                  Bounds);
+  return planRing(Calls, MergesCalls, Other, Bounds);
 }

@@ -59,6 +59,7 @@
 #include "CallGuard.h"
 #include "CountedRecursion.h"
 #include "EntrySplit.h"
+#include "OtherCalls.h"
 #include "Verdict.h"
 #include "llvm/IR/PassManager.h"
 
@@ -127,10 +128,10 @@ public:
   RecursionPlan makePlan(const AutoBounds &Bounds);
 
 private:
-  /// The ring of the function, whose self \p Calls merge or not, and whose
-  /// activation is \p BodySize instructions.
+  /// The ring of the function, whose self \p Calls merge or not, and which
+  /// makes the calls \p Other beside them.
   RecursionPlan planRing(ArrayRef<CallBase *> Calls, bool MergesCalls,
-                         unsigned BodySize, const AutoBounds &Bounds);
+                         const OtherCalls &Other, const AutoBounds &Bounds);
 
   /// What is left to do for \p Reason not to build a ring.
   RecursionPlan planWithoutRing(ArrayRef<CallBase *> Calls, unsigned BodySize,

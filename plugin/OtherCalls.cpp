@@ -49,12 +49,15 @@ OtherCalls llvm::inlinerecursion::findOtherCalls(const Function &F,
       if (!Call || isa<IntrinsicInst>(Call) || Call->isInlineAsm() ||
           Call->getCalledFunction() == &F)
         continue;
+      const Function *Callee = Call->getCalledFunction();
       if (InlinerFollows && isInlinedAsOnlyCall(*Call))
-        Other.OnlyCallee = Call->getCalledFunction();
-      if (staysCall(*Call, InlinerFollows))
+        Other.OnlyCallee = Callee;
+      if (staysCall(*Call, InlinerFollows)) {
         ++Other.Count;
-      else
-        Other.InlinedSize += getCodeSize(*Call->getCalledFunction());
+        Other.DirectCount += Callee != nullptr;
+      } else {
+        Other.InlinedSize += getCodeSize(*Callee);
+      }
     }
   return Other;
 }

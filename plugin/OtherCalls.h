@@ -20,6 +20,8 @@ namespace inlinerecursion {
 struct OtherCalls {
   /// Those that stay calls.
   unsigned Count = 0;
+  /// Of these, the ones of functions that are known.
+  unsigned DirectCount = 0;
   /// The instructions of those that are inlined.
   unsigned InlinedSize = 0;
   /// What is inlined here, and would not be into copies; null if nothing.

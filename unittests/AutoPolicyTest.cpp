@@ -705,7 +705,7 @@ head:
   %none = icmp eq i32 %m, 0
   br i1 %none, label %exit, label %body
 body:
-  %below = call i32 @pure(i32 %m)
+  %below = load i32, ptr @g
   %r = call i32 @f(i32 %below, i32 0)
   store i32 %r, ptr @g
 )" + Next +
@@ -736,7 +736,7 @@ TEST(AutoRingTest, MoreCopiesInATailLoopOfThreeValues) {
       Asked(tailLoop(Sums, "  %next = sub i32 %m, %k\n"), Nine).Plan.Copies,
       3u);
   // With a second call, a third is too many.
-  const std::string Second = "  call void @use(ptr @g)\n"
+  const std::string Second = "  store volatile i32 0, ptr @g\n"
                              "  %r2 = call i32 @f(i32 %below, i32 1)\n"
                              "  store i32 %r2, ptr @g\n";
   EXPECT_EQ(Asked(tailLoop(Sum, Second + Again), Nine).Plan.Copies, 7u);
@@ -1007,6 +1007,15 @@ TEST(AutoRefusalTest, OtherCallsTakeTheTime) {
                      "  br i1 %c, label %fail, label %on\non:\n",
                  true, "fail:\n" + Other + "  unreachable\n"),
             "AutoRing");
+}
+
+TEST(AutoRingTest, FewCopiesBesideKnownCalls) {
+  auto CopiesWith = [](const std::string &Call) {
+    return Asked(voidWith(Call + CallAndStore + CallAndStore)).Plan.Copies;
+  };
+  EXPECT_EQ(CopiesWith(""), 5u);
+  EXPECT_EQ(CopiesWith("  call void @other()\n"), 3u);
+  EXPECT_EQ(CopiesWith("  call void %p()\n"), 5u);
 }
 
 TEST(AutoRingTest, FewCopiesOfAPath) {

@@ -2,12 +2,12 @@
 ; it, and both rings share the bound on what the module grows by.
 ; RUN: %opt -passes='default<O3>' -pass-remarks=inlinerecursion -S %s -o %t.ll 2>&1 | FileCheck %s --check-prefix=TOLD
 ; RUN: FileCheck %s --input-file=%t.ll
-; RUN: %opt -passes='default<O3>' -inlinerecursion-auto-module-growth=250 -pass-remarks=inlinerecursion -disable-output %s 2>&1 | FileCheck %s --check-prefix=SHARED
+; RUN: %opt -passes='default<O3>' -inlinerecursion-auto-module-growth=60 -pass-remarks=inlinerecursion -disable-output %s 2>&1 | FileCheck %s --check-prefix=SHARED
 
 ; TOLD: 'make' rebuilt as a ring
-; TOLD: 'destroy' rebuilt as a ring of 5 copies
-; SHARED: 'make' rebuilt as a ring
-; SHARED: 'destroy' rebuilt as a ring of 4 copies
+; TOLD: 'destroy' rebuilt as a ring of 3 copies
+; SHARED: 'make' rebuilt as a ring of 2 copies
+; SHARED: 'destroy' rebuilt as a ring of 2 copies
 
 ; CHECK-LABEL: define {{.*}}@make.recurse.clone(
 ; CHECK-NOT: call {{.*}}@destroy(

@@ -10,7 +10,7 @@
 ; TOLD: 'hidden' not chained: it calls itself in 2 places
 ; TOLD: 'refused' not chained: its recursion becomes a loop
 ; TOLD: 'hidden' not chained: no test stands in front of its self calls
-; TOLD: 'destroy' rebuilt as a ring of 5 copies by the automatic policy, with its first test in front of calls
+; TOLD: 'destroy' rebuilt as a ring of 3 copies by the automatic policy, with its first test in front of calls
 ; TOLD: 'hidden' rebuilt as a ring
 ; OFF: call {{.*}}@destroy(
 
