@@ -187,6 +187,25 @@ TEST(EqualCallsTest, NotIfStepsAreNoConstants) {
       "  %h = sub i32 %n, %k\n  %b = call i32 @f(i32 %h, i32 %k)\n" + Sum)));
 }
 
+TEST(EqualCallsTest, NotIfAnArgumentIsNoInteger) {
+  EXPECT_FALSE(merges(R"(
+define i32 @f(i32 %n, double %x) {
+entry:
+  %small = icmp ult i32 %n, 2
+  br i1 %small, label %base, label %rec
+base:
+  ret i32 %n
+rec:
+  %m = sub i32 %n, 1
+  %a = call i32 @f(i32 %m, double %x)
+  %l = sub i32 %n, 2
+  %b = call i32 @f(i32 %l, double %x)
+  %s = add i32 %a, %b
+  ret i32 %s
+}
+)"));
+}
+
 TEST(EqualCallsTest, NotIfCallsExcludeEachOther) {
   EXPECT_FALSE(merges(
       binary("  %odd = trunc i32 %n to i1\n"
@@ -342,6 +361,17 @@ exit:
 
 TEST(LoopsFirstTest, AVariableInMemory) {
   EXPECT_TRUE(Asked(hanoi("  %x = alloca i32")).LoopsFirst);
+  // What is refused anyway is left to the compiler.
+  const std::string Few = CallAndStore + CallAndStore + CallAndStore;
+  auto LoopsFirst = [](const std::string &Calls) {
+    std::string F = voidWith("  call void @use(ptr %x)\n" + Calls + Call);
+    const std::string Entry = "entry:\n";
+    F.insert(F.find(Entry) + Entry.size(), "  %x = alloca i32\n");
+    return Asked(F).LoopsFirst;
+  };
+  EXPECT_FALSE(LoopsFirst(""));
+  EXPECT_TRUE(LoopsFirst(Few + CallAndStore));
+  EXPECT_FALSE(LoopsFirst(Few + CallAndStore + CallAndStore));
 }
 
 //===----------------------------------------------------------------------===//
@@ -367,6 +397,15 @@ TEST(AutoChainTest, AsDeepAsKnown) {
   // Bodies of 8, once, twice and four times, and 8 calls that do nothing.
   EXPECT_EQ(A.Plan.Growth, 7 * 8u + 8);
   EXPECT_FALSE(A.Plan.Guard);
+}
+
+TEST(AutoChainTest, OfOneCopy) {
+  const Asked A(entered("  call void @f(i32 0, i32 %n, i32 1, i32 2)\n"),
+                Chains);
+  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
+  EXPECT_EQ(A.Plan.Copies, 1u);
+  EXPECT_NE(A.Plan.Decision.str().find("chain of 1 copy by"),
+            std::string::npos);
 }
 
 TEST(AutoChainTest, TheDeepestEntryAndAllOfThemCount) {
@@ -933,6 +972,38 @@ TEST(AutoRingTest, OfTwoCopiesIfBothLoopsAreUnrolled) {
   const Asked A(scan("eq i32 %j, 8"));
   EXPECT_EQ(A.name(), "AutoRing");
   EXPECT_EQ(A.Plan.Copies, 2u);
+}
+
+TEST(AutoRingTest, OfTwoCopiesIfALoopThatIsLeftAtItsTopIsUnrolled) {
+  // Its top is run once more than the call.
+  auto Name = [](unsigned Trips) {
+    return Asked(Prelude + std::string(R"(
+define void @f(i32 %n, ptr %p) {
+entry:
+  store i32 %n, ptr %p
+  br label %loop
+loop:
+  %i = phi i32 [ 0, %entry ], [ %j, %latch ]
+  %last = icmp eq i32 %i, )") +
+                 std::to_string(Trips) + R"(
+  br i1 %last, label %exit, label %body
+body:
+  %some = call i1 @more()
+  br i1 %some, label %rec, label %latch
+rec:
+  call void @f(i32 %i, ptr %p)
+  br label %latch
+latch:
+  %j = add i32 %i, 1
+  br label %loop
+exit:
+  ret void
+}
+)")
+        .name();
+  };
+  EXPECT_EQ(Name(11), "AutoRing");
+  EXPECT_EQ(Name(12), "AutoUnrolledLoop");
 }
 
 TEST(AutoRefusalTest, ALoopToBeUnrolled) {

@@ -2,7 +2,6 @@
 
 #include "../plugin/SelfCalls.h"
 #include "TestModule.h"
-#include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/PostDominators.h"
 
 using namespace llvm;
@@ -341,8 +340,7 @@ exit:
 }
 )");
   Function &F = TM.function("f");
-  const LoopInfo LI(TM.dominatorTree(F));
-  const Loop *L = findTailLoop(F, LI);
+  const Loop *L = findTailLoop(F, TM.loopInfo(F));
   EXPECT_TRUE(!L || L->getHeader()->getName() == "loop");
   return L;
 }
@@ -351,6 +349,28 @@ TEST(SelfCallsTest, ATailLoopIsAllThatAFunctionIs) {
   EXPECT_TRUE(hasTailLoop("front:"));
   EXPECT_FALSE(hasTailLoop("front:\n  store i32 0, ptr %p"));
   EXPECT_FALSE(hasTailLoop("entry:\n  br label %front\nfront:"));
+}
+
+TEST(SelfCallsTest, AShortLoopMakesAFewTripsThatAreKnown) {
+  auto IsShort = [](const std::string &Trips) {
+    TestModule TM("define void @f(i32 %n) {\nentry:\n  br label %loop\n"
+                  "loop:\n"
+                  "  %i = phi i32 [ 0, %entry ], [ %j, %loop ]\n"
+                  "  call void @f(i32 %i)\n"
+                  "  %j = add i32 %i, 1\n"
+                  "  %more = icmp ult i32 %j, " +
+                  Trips +
+                  "\n  br i1 %more, label %loop, label %exit\n"
+                  "exit:\n  ret void\n}\n");
+    Function &F = TM.function("f");
+    return isInShortLoop(*findSelfCalls(F).front(), TM.loopInfo(F),
+                         TM.scalarEvolution(F));
+  };
+  EXPECT_FALSE(IsShort("1"));
+  EXPECT_TRUE(IsShort("2"));
+  EXPECT_TRUE(IsShort("16"));
+  EXPECT_FALSE(IsShort("17"));
+  EXPECT_FALSE(IsShort("%n"));
 }
 
 } // namespace

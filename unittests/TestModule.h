@@ -11,6 +11,7 @@
 
 #include "pass/InlineRecursion.h"
 #include "llvm/ADT/StringRef.h"
+#include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/AsmParser/Parser.h"
 #include "llvm/IR/Dominators.h"
@@ -82,6 +83,7 @@ public:
   DominatorTree &dominatorTree(Function &F) {
     return FAM.getResult<DominatorTreeAnalysis>(F);
   }
+  LoopInfo &loopInfo(Function &F) { return FAM.getResult<LoopAnalysis>(F); }
 
   /// A record of the function that has not been analysed yet.
   Costing record(StringRef Name, unsigned OptLevel = 0) {
