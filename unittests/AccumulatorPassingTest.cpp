@@ -293,7 +293,7 @@ last:
 
 TEST(AccumulatorPassingTest, NothingIsPromisedOfParts) {
   std::string Assembly =
-      summing("  %a = call noundef i32 @f(i32 %m, ptr %p)\n"
+      summing("  %a = call noundef signext i32 @f(i32 signext %m, ptr %p)\n"
               "  %b = call noundef i32 @f(i32 returned %m, ptr %p), !range !0\n"
               "  %s = add i32 %a, %b\n" +
                   Last,
@@ -313,6 +313,10 @@ TEST(AccumulatorPassingTest, NothingIsPromisedOfParts) {
       EXPECT_FALSE(Call->hasRetAttr(Attribute::NoUndef));
       EXPECT_FALSE(Call->paramHasAttr(0, Attribute::Returned));
       EXPECT_FALSE(Call->hasMetadata());
+      // How they are passed stays as it was.
+      const bool IsFirst = Call->getName() == "a.sum";
+      EXPECT_EQ(Call->hasRetAttr(Attribute::SExt), IsFirst);
+      EXPECT_EQ(Call->paramHasAttr(0, Attribute::SExt), IsFirst);
     }
 }
 

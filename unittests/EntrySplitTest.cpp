@@ -116,6 +116,15 @@ TEST(FindEntrySplitTest, NotAVariableThatIsUsedOnBothSides) {
             "none");
 }
 
+TEST(FindEntrySplitTest, NotAVariableOfUnknownSize) {
+  auto HandedOver = [](const std::string &Size) {
+    return handedOver(working("  %v = alloca i32, i32 " + Size + "\n" + Count,
+                              Recurse + "  store i32 %a, ptr %v\n"));
+  };
+  EXPECT_EQ(HandedOver("2"), "");
+  EXPECT_EQ(HandedOver("%n"), "none");
+}
+
 TEST(SplitEntryTest, AVariableOfTheRest) {
   TestModule TM(working("  %v = alloca i32\n" + Count,
                         Recurse + "  store i32 %a, ptr %v\n"));
