@@ -29,6 +29,18 @@ define i32 @caller() {
   ret i32 %v
 }
 
+; What the call says by itself is no longer so, either.
+; KEPT-LABEL: define i32 @callerThatTells(
+; KEPT: call void @f.specialized.5.g(){{$}}
+; KEPT: [[VALUE:%.*]] = load i32, ptr @g
+; KEPT: ret i32 [[VALUE]]
+define i32 @callerThatTells() {
+  store i32 10, ptr @g
+  call void @f(i32 5, ptr @g) memory(argmem: readwrite)
+  %v = load i32, ptr @g
+  ret i32 %v
+}
+
 ; CHECK: define internal void @f.specialized.5.g(i32 %n, ptr %p) [[ATTRIBUTES:#[0-9]+]] {
 ; CHECK-NEXT: {{%.*}} = load i32, ptr @g
 ; CHECK: attributes [[ATTRIBUTES]] = {
