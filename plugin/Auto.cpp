@@ -4,6 +4,7 @@
 #include "../host/InliningPlan.h"
 #include "../pass/InlineRecursion.h"
 #include "AutoPolicy.h"
+#include "ForwardingCall.h"
 #include "Remarks.h"
 #include "SelfCalls.h"
 #include "SingleRun.h"
@@ -68,12 +69,9 @@ AutoLimits::AutoLimits()
 /// Lets the calls of \p From in \p Caller call \p To, which has its type.
 static void redirectCalls(Function &From, Function &To,
                           const Function &Caller) {
-  for (Use &U : make_early_inc_range(From.uses())) {
-    auto *Call = dyn_cast<CallBase>(U.getUser());
-    if (Call && Call->isCallee(&U) && Call->getCalledFunction() == &From &&
-        Call->getFunction() == &Caller)
-      Call->setCalledFunction(&To);
-  }
+  redirectCalls(From, To, [&Caller](const CallBase &Call) {
+    return Call.getFunction() == &Caller;
+  });
 }
 
 /// Has the driver build \p Count copies of \p F, linked as a ring or a chain.

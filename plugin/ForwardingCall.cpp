@@ -28,3 +28,13 @@ llvm::inlinerecursion::createForwardingCall(Function &F, Function &Target,
     Builder.CreateRet(Call);
   return *Block;
 }
+
+void llvm::inlinerecursion::redirectCalls(
+    Function &From, Function &To, function_ref<bool(const CallBase &)> Wanted) {
+  for (Use &U : make_early_inc_range(From.uses())) {
+    auto *Call = dyn_cast<CallBase>(U.getUser());
+    if (Call && Call->isCallee(&U) && Call->getCalledFunction() == &From &&
+        Wanted(*Call))
+      Call->setCalledFunction(&To);
+  }
+}

@@ -1,8 +1,9 @@
 //===- ForwardingCall.h - One function for another --------------*- C++ -*-===//
 //
 /// \file
-/// A block that hands all arguments of a function on to another one and returns
-/// what that does.
+/// Calls that lead to another function than before: those that are there, and
+/// a block that hands all arguments of a function on and returns what the other
+/// one does.
 ///
 //===----------------------------------------------------------------------===//
 
@@ -10,10 +11,12 @@
 #define INLINERECURSION_PLUGIN_FORWARDINGCALL_H
 
 #include "llvm/ADT/ArrayRef.h"
+#include "llvm/ADT/STLFunctionalExtras.h"
 
 namespace llvm {
 
 class BasicBlock;
+class CallBase;
 class Function;
 class Value;
 
@@ -24,6 +27,11 @@ namespace inlinerecursion {
 /// \p F returns.  Nothing leads to it yet.
 BasicBlock &createForwardingCall(Function &F, Function &Target,
                                  ArrayRef<Value *> More = {});
+
+/// Lets the direct calls of \p From that are \p Wanted call \p To, which has
+/// its type.
+void redirectCalls(Function &From, Function &To,
+                   function_ref<bool(const CallBase &)> Wanted);
 
 } // namespace inlinerecursion
 } // namespace llvm

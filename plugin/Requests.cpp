@@ -3,8 +3,10 @@
 #include "Requests.h"
 #include "../host/FunctionSpecializeAction.h"
 #include "../pass/InlineRecursion.h"
+#include "EqualCalls.h"
 #include "Protection.h"
 #include "Remarks.h"
+#include "RingAlignment.h"
 #include "SelfCalls.h"
 #include "SingleRun.h"
 #include "Verdict.h"
@@ -27,11 +29,12 @@ static cl::opt<bool> FindRequestsOption(
              "ask for it but would be accepted"));
 
 static constexpr StringLiteral Request = "specialize-inline-recursion-function";
+static constexpr StringLiteral LongestRing = "special-inline-recursion-depth";
 static constexpr StringLiteral Eligible =
     "specialize-inline-recursion-function-eligible";
 
 /// Without constants, the ring of a function with more self calls than this is
-/// slower than the function.
+/// slower than the function, unless each copy stands for a remainder.
 static constexpr unsigned MaxSelfCallsOfOpenRing = 2;
 
 bool llvm::inlinerecursion::isFindingRequestsEnabled() {
@@ -93,12 +96,16 @@ static bool isCalledInShortLoop(Function &F, FunctionAnalysisManager &FAM) {
   });
 }
 
-/// With two self calls, only a ring that is specialised for each activation
-/// pays, and that makes a small program up to eight times as large.  Without
-/// constants, a puzzle gained a tenth at one start and lost a seventh at
-/// another.
-static bool hasSeveralSelfCalls(Function &F) {
-  return findSelfCalls(F).size() > 1;
+/// Would each copy in a ring of \p F stand for a remainder of its own?
+static bool wouldBeAligned(Function &F) {
+  return findAlignment(F, &F, getPassOption(LongestRing)).has_value();
+}
+
+/// With several self calls, copies that know nothing do not pay: a puzzle
+/// gained a tenth at one start and lost a seventh at another.  And merging
+/// calls pays more than knowing a remainder.
+static bool profitsAsTree(Function &F, FunctionAnalysisManager &FAM) {
+  return wouldBeAligned(F) && !hasEqualCalls(F, findSelfCalls(F), FAM);
 }
 
 /// Asks the gate itself about every directly recursive function.
@@ -112,7 +119,7 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
   };
   InlineRecursion Driver;
   Driver.SpecializeSeen = false;
-  Driver.SpecialDepthLimit = getPassOption("special-inline-recursion-depth");
+  Driver.SpecialDepthLimit = getPassOption(LongestRing);
   Driver.OptLevel = 0;
   Driver.CloneCount = 0;
   Driver.GetSE = GetSE;
@@ -122,7 +129,8 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
     if (!Driver.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
         !isDirectlyRecursive(F) || findWish(F))
       continue;
-    if (hasSeveralSelfCalls(F) || isCalledInShortLoop(F, FAM))
+    if (isCalledInShortLoop(F, FAM) ||
+        (findSelfCalls(F).size() > 1 && !profitsAsTree(F, FAM)))
       continue;
     F.addFnAttr(Request, FoundRequest);
     // The gate marks what it accepts; that is for the pass to say.
@@ -143,7 +151,8 @@ static std::optional<Verdict> judgeRequest(Function &F) {
          "needs no stack";
     return V;
   }
-  if (SelfCalls.size() > MaxSelfCallsOfOpenRing && !hasConstantEntry(F)) {
+  if (SelfCalls.size() > MaxSelfCallsOfOpenRing && !hasConstantEntry(F) &&
+      !wouldBeAligned(F)) {
     Verdict V(false, "RequestWithdrawn");
     V << "request withdrawn, it calls itself in "
       << ore::NV("SelfCalls", unsigned(SelfCalls.size()))

@@ -3,9 +3,12 @@
 #include "RingInlining.h"
 #include "../host/InliningPlan.h"
 #include "CloneChain.h"
+#include "Remarks.h"
+#include "RingAlignment.h"
 #include "SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
@@ -14,6 +17,7 @@
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
+using ore::NV;
 
 static cl::opt<unsigned> SizeOneSelfCall(
     "inlinerecursion-ring-size-one-call", cl::init(1500), cl::Hidden,
@@ -59,8 +63,24 @@ PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
     return PreservedAnalyses::all();
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   unsigned GrowthLeft = MaxGrowth;
-  for (const CloneChain &Chain : findChains(M, &*M.begin()))
-    if (Chain.isRing())
-      planInlining(Chain.Copies, getSizeLimit(Chain, FAM), GrowthLeft);
-  return PreservedAnalyses::all();
+  bool Changed = false;
+  for (CloneChain &Chain : findChains(M, &*M.begin())) {
+    if (!Chain.isRing())
+      continue;
+    const unsigned SizeLimit = getSizeLimit(Chain, FAM);
+    const auto Alignment = findAlignment(Chain);
+    if (Alignment)
+      alignRing(Chain, *Alignment);
+    planInlining(Chain.Copies, SizeLimit, GrowthLeft);
+    if (!Alignment)
+      continue;
+    enterAlignedRing(Chain, *Alignment);
+    if (areRemarksEnabled(M))
+      emitRemark(*Chain.Origin, Verdict(true, "RingAligned")
+                                    << NV("Shape", "ring") << " of "
+                                    << NV("Copies", Alignment->Divisor)
+                                    << " copies, one for each remainder");
+    Changed = true;
+  }
+  return Changed ? PreservedAnalyses::none() : PreservedAnalyses::all();
 }

@@ -3,7 +3,9 @@
 /// \file
 /// The pass marks all links of a ring but the last to be inlined, whatever that
 /// costs: with two self calls per body the code doubles with every link.  This
-/// pass runs behind it and plans the inlining anew, with a limit.
+/// pass runs behind it and plans the inlining anew, with a limit.  Before that
+/// it aligns the copies, if it can: each stands for one remainder then, and is
+/// smaller (RingAlignment.h).
 ///
 /// What limit pays depends on the shape (benchmarks/kernels/ring_*, with the
 /// start of the recursion unknown, run time relative to plain clang):
@@ -28,7 +30,8 @@
 namespace llvm {
 namespace inlinerecursion {
 
-/// Changes nothing but the inlining attributes of copies in rings.
+/// Changes the copies in rings that can be aligned, and how those are entered;
+/// of others nothing but the inlining attributes.
 class RingInliningPass : public PassInfoMixin<RingInliningPass> {
 public:
   PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);

@@ -12,13 +12,14 @@ static unsigned power(unsigned Base, unsigned N) {
   return Odd ? Half * Half * Base : Half * Half;
 }
 
-// Three self calls, and no constant ever enters it: the request is withdrawn.
+// Three self calls that do not step by constants, and no constant ever enters
+// it: the request is withdrawn.
 INLINERECURSION_SPECIALIZE
 static unsigned fib(unsigned N) {
   unsigned Rest = N % 4;
   if (N < 3)
     return N;
-  return fib(N - 1) + fib(N - 2) + fib(N - 3) + Rest;
+  return fib(N - 1) + fib(N - N / 3) + fib(N - N / 2) + Rest;
 }
 
 // No power of two, so nothing is known of the remainder.
