@@ -2,6 +2,7 @@
 
 #include "Requests.h"
 #include "../host/FunctionSpecializeAction.h"
+#include "../host/InliningPlan.h"
 #include "../pass/InlineRecursion.h"
 #include "EqualCalls.h"
 #include "Protection.h"
@@ -30,12 +31,17 @@ static cl::opt<bool> FindRequestsOption(
 
 static constexpr StringLiteral Request = "specialize-inline-recursion-function";
 static constexpr StringLiteral LongestRing = "special-inline-recursion-depth";
+static constexpr StringLiteral RingLength = "inline-recursion-depth";
 static constexpr StringLiteral Eligible =
     "specialize-inline-recursion-function-eligible";
 
 /// Without constants, the ring of a function with more self calls than this is
 /// slower than the function, unless each copy stands for a remainder.
 static constexpr unsigned MaxSelfCallsOfOpenRing = 2;
+
+/// The copies of a function that did not ask for them are not to be larger than
+/// this (instructions).  A puzzle of 69, with eight of them, gains a third.
+static constexpr uint64_t MaxUnaskedSize = 900;
 
 bool llvm::inlinerecursion::isFindingRequestsEnabled() {
   return FindRequestsOption;
@@ -133,10 +139,13 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
         (findSelfCalls(F).size() > 1 && !profitsAsTree(F, FAM)))
       continue;
     F.addFnAttr(Request, FoundRequest);
+    if (!Driver.isSpecializeAllowed(&F)) {
+      F.removeFnAttr(Request);
+      continue;
+    }
     // The gate marks what it accepts; that is for the pass to say.
-    if (Driver.isSpecializeAllowed(&F))
-      F.removeFnAttr(Eligible);
-    else
+    F.removeFnAttr(Eligible);
+    if (getPassOption(RingLength) * getCodeSize(F) > MaxUnaskedSize)
       F.removeFnAttr(Request);
   }
 }

@@ -9,9 +9,10 @@
 /// records in the global `llvm.global.annotations`; the record stays as it is.
 /// Requests can also be found: directly recursive functions that the pass would
 /// accept if they asked, unless the source wishes for no copies (see
-/// Protection.h), a self call stands in a loop that the compiler unrolls, or
-/// there are several self calls and the copies could not be aligned (see
-/// RingAlignment.h). The attribute's value (FoundRequest) tells the two apart.
+/// Protection.h), a self call stands in a loop that the compiler unrolls, there
+/// are several self calls and the copies could not be aligned (see
+/// RingAlignment.h), or the copies would be too large. The attribute's value
+/// (FoundRequest) tells the two apart.
 ///
 /// A request is withdrawn, with a remark, in two cases:
 ///
@@ -19,8 +20,7 @@
 ///     a recursion into a loop with an accumulator; in a ring it keeps using
 ///     stack, and a program that recurses millions of times would run out of
 ///     it.
-///   - More than two self calls, no constant enters from outside, and the
-///   copies
+///   - More than two self calls, no constant enters from outside, and copies
 ///     could not be aligned: a domino tiling with three self calls and an
 ///     unknown start ran in 1.06 of plain clang's time.
 ///

@@ -58,7 +58,8 @@ static std::optional<int> getStep(const CallInst &Call, const Argument &A,
     return std::nullopt;
   if (Constant->getSignificantBits() > MaxStepBits)
     return std::nullopt;
-  const int Step = Constant->getSExtValue() * (IsSubtracted ? -1 : 1);
+  const int Value = Constant->getSExtValue();
+  const int Step = IsSubtracted ? -Value : Value;
   // Downwards, what is not negative does not overflow.
   if (Step > 0 && !MayWrap &&
       !cast<OverflowingBinaryOperator>(Next)->hasNoSignedWrap())
@@ -92,7 +93,7 @@ llvm::inlinerecursion::findAlignment(Function &F, ArrayRef<Function *> Links,
   unsigned Down = 0, Up = 0;
   for (const CallInst *Call : findPlainCalls(F, Links)) {
     const auto Step = getStep(*Call, A, MayWrap);
-    if (!Step || Call->isMustTailCall() || Call->hasOperandBundles())
+    if (!Step)
       return std::nullopt;
     Down += *Step < 0;
     Up += *Step > 0;

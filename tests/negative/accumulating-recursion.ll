@@ -4,6 +4,7 @@
 
 ; CHECK: 'sum' not chained: request withdrawn, without a ring the recursion becomes a loop that needs no stack
 ; CHECK: 'product' not chained: request withdrawn, without a ring the recursion becomes a loop that needs no stack
+; CHECK: 'either' not chained: request withdrawn, without a ring the recursion becomes a loop that needs no stack
 ; CHECK: 'difference' rebuilt as a ring of 4 copies
 
 define i32 @sum(i32 %n) "specialize-inline-recursion-function" {
@@ -31,6 +32,26 @@ more:
 end:
   %result = phi i32 [ 1, %0 ], [ %s, %more ]
   ret i32 %result
+}
+
+; One self call of two accumulates.
+define i32 @either(i32 %n) "specialize-inline-recursion-function" {
+  %rest = urem i32 %n, 4
+  %m = sub i32 %n, 1
+  switch i32 %n, label %more [
+    i32 0, label %end
+    i32 99, label %twice
+  ]
+more:
+  %r = call i32 @either(i32 %m)
+  %s = add i32 %r, %rest
+  ret i32 %s
+twice:
+  %d = call i32 @either(i32 %m)
+  %t = sub i32 %rest, %d
+  ret i32 %t
+end:
+  ret i32 0
 }
 
 define i32 @difference(i32 %n) {

@@ -7,6 +7,14 @@
 
 declare void @use(i32)
 
+; There is nothing to withdraw where nobody asked.
+define i32 @not_asking(i32 %n, i32 %d) {
+  %m = udiv i32 %n, %d
+  %r = call i32 @not_asking(i32 %m, i32 %d)
+  %s = add i32 %r, %n
+  ret i32 %s
+}
+
 ; CHECK: define void @three(i32 %n) {
 define void @three(i32 %n) "specialize-inline-recursion-function" {
   %r = urem i32 %n, 4

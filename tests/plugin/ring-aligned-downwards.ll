@@ -8,17 +8,20 @@
 
 declare void @use(i32)
 
+; What is not negative does not overflow on its way down.
 ; Where no copy is entered with that remainder, it is one step of the function itself.
 ; CHECK-LABEL: define void @f(i32 noundef %n)
 ; CHECK: call void @f.recurse.entry(i32 %m)
 define void @f(i32 noundef %n) "specialize-inline-recursion-function" {
+  %m = sub i32 %n, 1
+  %q = srem i32 %m, 3
   %r = srem i32 %n, 3
   call void @use(i32 %r)
   %done = icmp eq i32 %n, 0
   br i1 %done, label %end, label %on
 on:
-  %m = sub nsw i32 %n, 1
   call void @f(i32 %m)
+  call void @use(i32 %q)
   br label %end
 end:
   ret void
@@ -34,14 +37,20 @@ define void @caller(i32 %n) {
 ; The bound of a signed remainder by 3 is 4.
 ; CHECK-LABEL: define internal void @f.recurse.clone(i32 noundef %n)
 ; CHECK-SAME: [[OUT:#[0-9]+]] {
+; CHECK-NEXT: %m = sub i32 %n, 1
+; CHECK-NEXT: %q = srem i32 %m, 3
 ; CHECK-NEXT: call void @use(i32 2)
 ; CHECK: call void @[[ONE:f.recurse.clone.[0-9]+]](i32 %m)
 ; CHECK: define internal void @[[ONE]](i32 noundef %n)
 ; CHECK-SAME: [[IN:#[0-9]+]] {
+; CHECK-NEXT: %m = sub i32 %n, 1
+; CHECK-NEXT: %q = srem i32 %m, 3
 ; CHECK-NEXT: call void @use(i32 1)
 ; CHECK: call void @[[ZERO:f.recurse.clone.[0-9]+]](i32 %m)
 ; CHECK: define internal void @[[ZERO]](i32 noundef %n)
 ; CHECK-SAME: [[IN]] {
+; CHECK-NEXT: %m = sub i32 %n, 1
+; CHECK-NEXT: %q = srem i32 %m, 3
 ; CHECK-NEXT: call void @use(i32 0)
 ; CHECK: call void @f.recurse.entry(i32 %m)
 

@@ -1,6 +1,10 @@
 ; Upwards, the ring is closed without a question, and what calls several copies that are not inlined may enter each; remainders by what divides are constants as well.
 ; RUN: %opt -passes=inlinerecursion,inlinerecursion-ring-inlining -inlinerecursion-ring-size-calls=0 -S %s | FileCheck %s
 ; RUN: %opt -passes=inlinerecursion,inlinerecursion-ring-inlining,verify -disable-output %s
+; RUN: %opt -passes='inlinerecursion,function(require<domtree>),inlinerecursion-ring-inlining' -debug-pass-manager -disable-output %s 2>&1 | FileCheck %s --check-prefix=CHANGED
+
+; CHANGED: Running pass: InlineRecursionRingInliningPass
+; CHANGED: Invalidating analysis: InnerAnalysisManagerProxy<FunctionAnalysisManager, Module>
 
 declare void @use(i32, i32, i32)
 

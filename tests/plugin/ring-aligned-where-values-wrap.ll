@@ -10,7 +10,7 @@ define internal void @f(i32 noundef %n, i1 %done) "specialize-inline-recursion-f
   call void @use(i32 %r, i32 %s)
   br i1 %done, label %end, label %on
 on:
-  %a = add i32 %n, 1
+  %a = add i32 %n, 32767
   call void @f(i32 %a, i1 true)
   %b = add i32 %n, -1
   call void @f(i32 %b, i1 false)

@@ -1,5 +1,9 @@
 ; A ring stays as the pass has built it where a step is no constant or may overflow, where a call is bound to something, and where nobody enters it.
 ; RUN: %opt -passes=inlinerecursion,inlinerecursion-ring-inlining -S %s | FileCheck %s --implicit-check-not=recurse.entry
+; RUN: %opt -passes='inlinerecursion,function(require<domtree>),inlinerecursion-ring-inlining' -debug-pass-manager -disable-output %s 2>&1 | FileCheck %s --check-prefix=SAME
+
+; SAME: Running pass: InlineRecursionRingInliningPass on [module]
+; SAME-NOT: Invalidating
 
 ; CHECK-LABEL: define internal void @no_constant.recurse.clone(
 ; CHECK-NEXT: %r = srem i32 %n, 2
@@ -16,6 +20,17 @@ define internal void @may_overflow(i32 %n) "specialize-inline-recursion-function
   %r = srem i32 %n, 2
   %m = add i32 %n, 1
   call void @may_overflow(i32 %m)
+  ret void
+}
+
+; Where unsigned values wrap, they get out of step with a remainder by 3.
+; CHECK-LABEL: define internal void @out_of_step.recurse.clone(
+; CHECK-NEXT: %u = urem i32 %n, 3
+define internal void @out_of_step(i32 %n) "specialize-inline-recursion-function" {
+  %u = urem i32 %n, 3
+  %r = srem i32 %n, 3
+  %m = add i32 %n, 1
+  call void @out_of_step(i32 %m)
   ret void
 }
 
@@ -72,6 +87,7 @@ define void @not_entered(i32 %n) "specialize-inline-recursion-function" {
 define void @caller(i32 %n, ptr %p) {
   call void @no_constant(i32 %n)
   call void @may_overflow(i32 %n)
+  call void @out_of_step(i32 %n)
   call void @subtracts_negative(i32 %n)
   call void @one_of_two(i32 %n)
   call void @by_value(i32 %n, ptr byval(i64) %p)
