@@ -763,7 +763,9 @@ TEST(AutoRingTest, MoreCopiesInATailLoopOfThreeValues) {
   EXPECT_EQ(Asked(tailLoop("", Again), Nine).Plan.Copies, 9u);
   const std::string Sums =
       Sum + "  %t = phi i32 [ 0, %entry ], [ %s, %body ]\n";
-  EXPECT_EQ(Asked(tailLoop(Sums, Again), Nine).Plan.Copies, 9u);
+  EXPECT_EQ(Asked(tailLoop(Sum, Again), Nine).Plan.Copies, 9u);
+  // Another one to be kept while the call runs.
+  EXPECT_EQ(Asked(tailLoop(Sums, Again), Nine).Plan.Copies, 5u);
   // A fourth, in a PHI or as an argument that every copy has its own of.
   EXPECT_EQ(
       Asked(tailLoop(Sums + "  %u = phi i32 [ 0, %entry ], [ %t, %body ]\n",
@@ -784,6 +786,61 @@ TEST(AutoRingTest, MoreCopiesInATailLoopOfThreeValues) {
   EXPECT_EQ(
       Asked(tailLoop(Sum, Again, "  %x = add i32 %n, 1\n"), Nine).Plan.Copies,
       3u);
+}
+
+/// A loop that keeps %m, hands on a sum, and needs %k, for which its call is
+/// given \p Handed, made by \p Before.
+std::string keepingLoop(const std::string &Type, const std::string &Handed,
+                        const std::string &Before = "") {
+  return Prelude + std::string("@k = global ") + Type + R"( zeroinitializer
+define i32 @f(i32 %n, )" +
+         Type + R"( %k) {
+entry:
+  br label %head
+head:
+  %m = phi i32 [ %n, %entry ], [ %next, %on ]
+  %s = phi i32 [ 0, %entry ], [ %v, %on ]
+  %none = icmp eq i32 %m, 0
+  br i1 %none, label %exit, label %body
+body:
+  %below = load i32, ptr @g
+  store )" +
+         Type + " %k, ptr @k\n" + Before + R"(
+  %c = icmp slt i32 %below, 9
+  br i1 %c, label %made, label %on
+made:
+  %r = call i32 @f(i32 %below, )" +
+         Type + " " + Handed + R"()
+  br label %on
+on:
+  %v = phi i32 [ %s, %body ], [ %r, %made ]
+  %next = add i32 %m, -1
+  br label %head
+exit:
+  ret i32 %s
+}
+)";
+}
+
+TEST(AutoRingTest, FewerCopiesOfATailLoopThatKeepsTwoValues) {
+  const AutoBounds Nine = {12, 900};
+  // The same for all copies, or not far from it.
+  EXPECT_EQ(Asked(keepingLoop("i32", "%k"), Nine).Plan.Copies, 9u);
+  EXPECT_EQ(
+      Asked(keepingLoop("i32", "%less", "  %less = sub i32 %k, 1\n"), Nine)
+          .Plan.Copies,
+      9u);
+  EXPECT_EQ(Asked(keepingLoop("double", "%k"), Nine).Plan.Copies, 9u);
+  // Each copy has its own.
+  EXPECT_EQ(
+      Asked(keepingLoop("i32", "%rest", "  %rest = sub i32 %k, %below\n"), Nine)
+          .Plan.Copies,
+      5u);
+  EXPECT_EQ(
+      Asked(keepingLoop("double", "%half", "  %half = fmul double %k, 0.5\n"),
+            Nine)
+          .Plan.Copies,
+      5u);
 }
 
 TEST(AutoRefusalTest, ALargeBody) {
