@@ -14,15 +14,17 @@
 /// RingAlignment.h), or the copies would be too large. The attribute's value
 /// (FoundRequest) tells the two apart.
 ///
-/// A request is withdrawn, with a remark, in two cases:
+/// A request is withdrawn, with a remark, in three cases:
 ///
 ///   - `return n + f(n - 1)` and the like.  Left alone, the compiler turns such
 ///     a recursion into a loop with an accumulator; in a ring it keeps using
 ///     stack, and a program that recurses millions of times would run out of
 ///     it.
-///   - More than two self calls, no constant enters from outside, and copies
-///     could not be aligned: a domino tiling with three self calls and an
-///     unknown start ran in 1.06 of plain clang's time.
+///   - The copies could not be aligned, and a self call stands in a loop that
+///     the compiler unrolls.
+///   - The copies could not be aligned, there are more than two self calls, and
+///     no constant enters from outside: a domino tiling with three self calls
+///     and an unknown start ran in 1.06 of plain clang's time as such a ring.
 ///
 //===----------------------------------------------------------------------===//
 
