@@ -1,4 +1,4 @@
-; Upwards, the ring is closed without a question, and what calls several copies that are not inlined may enter each; remainders by what divides are constants as well.
+; Where most steps lead up, the ring is closed without a question, and what calls several copies that are not inlined may enter each; remainders by what divides are constants as well.
 ; RUN: %opt -passes=inlinerecursion,inlinerecursion-ring-inlining -inlinerecursion-ring-size-calls=0 -S %s | FileCheck %s
 ; RUN: %opt -passes=inlinerecursion,inlinerecursion-ring-inlining,verify -disable-output %s
 ; RUN: %opt -passes='inlinerecursion,function(require<domtree>),inlinerecursion-ring-inlining' -debug-pass-manager -disable-output %s 2>&1 | FileCheck %s --check-prefix=CHANGED
@@ -18,9 +18,12 @@ define internal void @f(i32 %n) "specialize-inline-recursion-function" {
 on:
   %a = add nsw i32 %n, 1
   call void @f(i32 %a)
-  %b = add nsw i32 %n, 3
+  %b = add nsw i32 %n, 1
   call void @f(i32 %b)
   call void @f(i32 %n)
+  call void @f(i32 %n)
+  %c = add nsw i32 %n, -1
+  call void @f(i32 %c)
   br label %end
 end:
   ret void
@@ -39,11 +42,14 @@ define void @caller(i32 %n) {
 ; CHECK: call void @[[ONE:f.recurse.clone.[0-9]+]](i32 %a)
 ; CHECK: call void @[[ONE]](i32 %b)
 ; CHECK: call void @f.recurse.clone(i32 %n)
+; CHECK: call void @f.recurse.clone(i32 %n)
+; CHECK: call void @f.recurse.entry(i32 %c)
 ; CHECK: define internal void @[[ONE]](i32 %n)
 ; CHECK: call void @use(i32 %r, i32 1, i32 %other)
 ; CHECK: call void @f.recurse.clone(i32 %a)
 ; CHECK: call void @f.recurse.clone(i32 %b)
 ; CHECK: call void @[[ONE]](i32 %n)
+; CHECK: call void @f.recurse.clone(i32 %c)
 
 ; An argument that may be undefined must not decide which way to go.
 ; CHECK-LABEL: define internal void @f.recurse.entry(i32 %0)
