@@ -1,6 +1,7 @@
 //===- RingAlignment.cpp - A copy for each remainder ----------------------===//
 
 #include "RingAlignment.h"
+#include "../host/InliningPlan.h"
 #include "CloneChain.h"
 #include "ForwardingCall.h"
 #include "llvm/ADT/STLExtras.h"
@@ -103,6 +104,12 @@ llvm::inlinerecursion::findAlignment(Function &F, ArrayRef<Function *> Links,
 
 std::optional<RingAlignment>
 llvm::inlinerecursion::findAlignment(const CloneChain &Ring) {
+  // Named like copies of the origin, but no such.
+  if (any_of(Ring.Copies, [&Ring](const Function *Copy) {
+        return Copy->getFunctionType() != Ring.Origin->getFunctionType() ||
+               getCodeSize(*Copy) != getCodeSize(*Ring.Origin);
+      }))
+    return std::nullopt;
   // What nobody enters is to go away.
   auto IsEntry = [&Ring](const User *U) {
     const auto *Call = dyn_cast<CallInst>(U);

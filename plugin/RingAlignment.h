@@ -74,8 +74,9 @@ struct RingAlignment {
 std::optional<RingAlignment>
 findAlignment(Function &F, ArrayRef<Function *> Links, unsigned Count);
 
-/// How the copies of \p Ring can be aligned; nothing also where nobody enters
-/// it, or where they are not copies of the same.
+/// How the copies of \p Ring, as the pass has just built it, can be aligned;
+/// nothing also where nobody enters it, or where they are not alike.  Copies
+/// that are aligned must not be asked about again: they are not alike any more.
 std::optional<RingAlignment> findAlignment(const CloneChain &Ring);
 
 /// Makes the remainder a constant in each copy of \p Ring, and lets them call

@@ -40,6 +40,27 @@ static cl::opt<unsigned> MaxGrowth(
     cl::desc("Most code that inlining copies of rings adds to a module "
              "(instructions)"));
 
+static constexpr StringLiteral Eligible =
+    "specialize-inline-recursion-function-eligible";
+static constexpr StringLiteral PlannedMark = "inlinerecursion-planned";
+
+/// Was \p Ring granted by the pass?  Rings of the automatic policy have their
+/// test in front of the calls, so that their copies are no copies any more.
+static bool isGranted(const CloneChain &Ring) {
+  return all_of(Ring.Copies, [](const Function *Copy) {
+    return Copy->hasFnAttribute(Eligible);
+  });
+}
+
+/// Has this pass seen \p Ring before, in an earlier run or before linking?
+/// Copies that are aligned do different things, and the linker renames: then
+/// neither the copies nor the origin are what their names say.
+static bool isPlanned(const CloneChain &Ring) {
+  return any_of(Ring.Copies, [](const Function *Copy) {
+    return Copy->hasFnAttribute(PlannedMark);
+  });
+}
+
 /// How large a copy of \p Ring may be that is inlined.
 static unsigned getSizeLimit(const CloneChain &Ring,
                              FunctionAnalysisManager &FAM) {
@@ -68,10 +89,15 @@ PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
     if (!Chain.isRing())
       continue;
     const unsigned SizeLimit = getSizeLimit(Chain, FAM);
-    const auto Alignment = findAlignment(Chain);
+    std::optional<RingAlignment> Alignment;
+    if (isGranted(Chain) && !isPlanned(Chain))
+      Alignment = findAlignment(Chain);
     if (Alignment)
       alignRing(Chain, *Alignment);
     planInlining(Chain.Copies, SizeLimit, GrowthLeft);
+    if (isGranted(Chain))
+      for (Function *Copy : Chain.Copies)
+        Copy->addFnAttr(PlannedMark);
     if (!Alignment)
       continue;
     enterAlignedRing(Chain, *Alignment);

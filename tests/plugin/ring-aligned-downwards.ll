@@ -55,7 +55,7 @@ define void @caller(i32 %n) {
 ; CHECK: call void @f.recurse.entry(i32 %m)
 
 ; CHECK-LABEL: define internal void @f.recurse.entry(i32 noundef %0)
-; CHECK-SAME: [[IN]] {
+; CHECK-SAME: [[ENTRY:#[0-9]+]] {
 ; CHECK-NEXT: %2 = icmp sge i32 %0, 0
 ; CHECK-NEXT: br i1 %2, label %[[TEST:.*]], label %[[OTHERWISE:.*]]
 ; CHECK: [[TEST]]:
@@ -72,3 +72,4 @@ define void @caller(i32 %n) {
 
 ; CHECK-DAG: attributes [[OUT]] = { noinline
 ; CHECK-DAG: attributes [[IN]] = { alwaysinline
+; CHECK-DAG: attributes [[ENTRY]] = { alwaysinline
