@@ -39,15 +39,36 @@ def standing(rows, rival, label):
     return ahead, len(values) - ahead - behind, behind
 
 
+def samples(row, label):
+    """The seconds of a column's program, round by round; none in old results."""
+    return row.get("samples", {}).get(row.get("program", {}).get(label), [])
+
+
 def slower(rows, labels, base="clang"):
-    """(row, label, share of time more) for what is slower than the base."""
-    return [(row, label, r - 1) for row in rows for label in labels
-            if (r := ratio(row, label, base)) is not None and r > 1 + TOLERANCE]
+    """(row, labels, share of time more) for what is slower than the base, all
+    columns of one program together."""
+    found = []
+    for row in rows:
+        programs = {}
+        for label in labels:
+            if (r := ratio(row, label, base)) is not None and r > 1 + TOLERANCE:
+                program = row.get("program", {}).get(label, label)
+                programs.setdefault(program, ([], r - 1))[0].append(label)
+        found += [(row, *columns) for columns in programs.values()]
+    return found
 
 
-def verdict_line(row, label, more, base="clang"):
-    return (f"SLOWER: {row['kernel']} {row['input']} at {label} takes "
-            f"{more * 100:.1f} % more time than plain {base}")
+def rounds_slower(row, label, base="clang"):
+    """In how many rounds a column was slower than the base, and of how many."""
+    pairs = list(zip(samples(row, label), samples(row, base)))
+    return sum(x > b * (1 + TOLERANCE) for x, b in pairs), len(pairs)
+
+
+def verdict_line(row, labels, more, base="clang"):
+    count, total = rounds_slower(row, labels[0], base)
+    rounds = f", in {count} of {total} rounds" if total else ""
+    return (f"SLOWER: {row['kernel']} {row['input']} at {', '.join(labels)} takes "
+            f"{more * 100:.1f} % more time than plain {base}{rounds}")
 
 
 def by_kernel(rows):

@@ -47,11 +47,24 @@ class Figures(unittest.TestCase):
         rows = [row(value="5", clang=1.0, L0=1.029, L1=1.1),
                 row(value="6", clang=1.0, L0=1.031)]
         found = figures.slower(rows, ["L0", "L1"])
-        self.assertEqual([(r["input"], label) for r, label, _ in found],
-                         [("5", "L1"), ("6", "L0")])
+        self.assertEqual([(r["input"], labels) for r, labels, _ in found],
+                         [("5", ["L1"]), ("6", ["L0"])])
         self.assertEqual(figures.verdict_line(*found[0]),
                          "SLOWER: k 5 at L1 takes 10.0 % more time than plain "
                          "clang")
+
+    def test_slower_names_a_program_once_and_tells_its_rounds(self):
+        measured = row(value="5", clang=1.0, L0=1.1, L1=1.1, L2=1.2)
+        measured["program"] = {"clang": "a", "L0": "b", "L1": "b", "L2": "c"}
+        measured["samples"] = {"a": [1.0, 1.0, 1.2], "b": [1.1, 1.02, 1.3],
+                               "c": [1.2, 1.2, 1.3]}
+        lines = [figures.verdict_line(*found)
+                 for found in figures.slower([measured], ["L0", "L1", "L2"])]
+        self.assertEqual(lines, [
+            "SLOWER: k 5 at L0, L1 takes 10.0 % more time than plain clang, in 2 "
+            "of 3 rounds",
+            "SLOWER: k 5 at L2 takes 20.0 % more time than plain clang, in 3 of 3 "
+            "rounds"])
 
     def test_neighbours_are_consecutive(self):
         def chosen(*inputs):
