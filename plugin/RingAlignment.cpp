@@ -1,9 +1,9 @@
 //===- RingAlignment.cpp - A copy for each remainder ----------------------===//
 
 #include "RingAlignment.h"
-#include "../host/InliningPlan.h"
 #include "CloneChain.h"
 #include "ForwardingCall.h"
+#include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/ValueTracking.h"
 #include "llvm/IR/IRBuilder.h"
@@ -102,12 +102,50 @@ llvm::inlinerecursion::findAlignment(Function &F, ArrayRef<Function *> Links,
   return RingAlignment{A.getArgNo(), Divisor, Down > Up, MayWrap};
 }
 
+/// Is \p Copy, instruction by instruction, what \p F is?  Both may call any of
+/// \p Links where they call themselves.
+static bool isCopyOf(const Function &Copy, const Function &F,
+                     ArrayRef<Function *> Links) {
+  if (Copy.getFunctionType() != F.getFunctionType() || Copy.size() != F.size())
+    return false;
+  DenseMap<const Value *, const Value *> Twins;
+  SmallVector<std::pair<const Instruction *, const Instruction *>, 64> Pairs;
+  for (auto [Ours, Theirs] : zip(Copy.args(), F.args()))
+    Twins[&Ours] = &Theirs;
+  for (auto [Ours, Theirs] : zip(Copy, F)) {
+    if (Ours.sizeWithoutDebug() != Theirs.sizeWithoutDebug())
+      return false;
+    Twins[&Ours] = &Theirs;
+    for (auto [I, J] : zip(Ours.instructionsWithoutDebug(),
+                           Theirs.instructionsWithoutDebug())) {
+      Twins[&I] = &J;
+      Pairs.push_back({&I, &J});
+    }
+  }
+
+  auto AreTwins = [&](const Value *V, const Value *W) {
+    if (const Value *Twin = Twins.lookup(V))
+      return Twin == W;
+    return V == W || (is_contained(Links, V) && is_contained(Links, W));
+  };
+  return all_of(Pairs, [&](const auto &Pair) {
+    const auto [I, J] = Pair;
+    if (!I->isSameOperationAs(J) || !I->hasSameSubclassOptionalData(J) ||
+        !all_of_zip(I->operand_values(), J->operand_values(), AreTwins))
+      return false;
+    const auto *Phi = dyn_cast<PHINode>(I);
+    return !Phi ||
+           all_of_zip(Phi->blocks(), cast<PHINode>(J)->blocks(), AreTwins);
+  });
+}
+
 std::optional<RingAlignment>
 llvm::inlinerecursion::findAlignment(const CloneChain &Ring) {
-  // Named like copies of the origin, but no such.
-  if (any_of(Ring.Copies, [&Ring](const Function *Copy) {
-        return Copy->getFunctionType() != Ring.Origin->getFunctionType() ||
-               getCodeSize(*Copy) != getCodeSize(*Ring.Origin);
+  // Named like copies of the origin, which a linker may see to, but no such.
+  SmallVector<Function *, 8> Links = Ring.Copies;
+  Links.push_back(Ring.Origin);
+  if (!all_of(Ring.Copies, [&](const Function *Copy) {
+        return isCopyOf(*Copy, *Ring.Origin, Links);
       }))
     return std::nullopt;
   // What nobody enters is to go away.
