@@ -5,6 +5,7 @@
 #include "../pass/InlineRecursion.h"
 #include "AutoPolicy.h"
 #include "ForwardingCall.h"
+#include "GrowthBudget.h"
 #include "Remarks.h"
 #include "SelfCalls.h"
 #include "SingleRun.h"
@@ -50,6 +51,7 @@ static cl::opt<unsigned> ModuleShare(
 
 static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
 static constexpr StringLiteral SeenMark = "inlinerecursion-seen";
+static constexpr StringLiteral NoRoom = "AutoModuleGrowth";
 
 bool llvm::inlinerecursion::isAutoEnabled() { return AutoOption; }
 
@@ -193,57 +195,79 @@ static SmallPtrSet<Function *, 8> build(Function &F, const RecursionPlan &Plan,
   return Callers;
 }
 
+/// What \p M may grow by: \p Least, or its share of \p M if that is larger.
+static uint64_t findGrowthLimit(const Module &M, unsigned Least) {
+  uint64_t Size = 0;
+  for (const Function &F : M)
+    Size += getCodeSize(F);
+  return std::max<uint64_t>(Least, Size * ModuleShare / 100);
+}
+
+/// What \p M has grown by, more or less, in an earlier run.
+static uint64_t findEarlierGrowth(const Module &M) {
+  uint64_t Size = 0;
+  for (const Function &F : M)
+    if (F.hasFnAttribute(CloneMark))
+      Size += getCodeSize(F);
+  return Size;
+}
+
 namespace {
-/// What the module may still grow by (instructions).
-class GrowthBudget {
-public:
-  /// \p CountCopies: copies that are there have taken their part.
-  GrowthBudget(const Module &M, unsigned Least, bool CountCopies) {
-    uint64_t Size = 0;
-    for (const Function &F : M) {
-      const unsigned FunctionSize = getCodeSize(F);
-      Size += FunctionSize;
-      if (CountCopies && F.hasFnAttribute(CloneMark))
-        Used += FunctionSize;
-    }
-    Limit = std::max<uint64_t>(Least, Size * ModuleShare / 100);
-    Used = std::min(Used, Limit);
-  }
-
-  bool take(unsigned Growth) {
-    if (Used + Growth > Limit)
-      return false;
-    Used += Growth;
-    return true;
-  }
-
-  uint64_t getLimit() const { return Limit; }
-  uint64_t getLeft() const { return Limit - Used; }
-
-private:
-  uint64_t Limit;
-  uint64_t Used = 0;
+/// A function that is asked about.
+struct Candidate {
+  Function *F;
+  /// What it would grow by if it had the module for itself (instructions).
+  unsigned Demand;
+  /// Its share was too small; it gets what the others have left.
+  bool IsLast = false;
 };
 } // namespace
 
-/// The plan for \p F, within \p Budget.
-static RecursionPlan planWithin(Function &F, FunctionAnalysisManager &FAM,
-                                const AutoBounds &Bounds,
-                                GrowthBudget &Budget) {
-  RecursionPlan Plan = AutoPolicy(F, FAM).makePlan(Bounds);
-  if (Plan.Kind == RecursionPlan::Nothing || Budget.take(Plan.Growth))
-    return Plan;
+/// Has \p F hand on its sum, or become a loop, as far as a plan is to be made
+/// for what is left then.  Returns the function that it is to be made for.
+static Function &prepare(Function &Candidate, FunctionAnalysisManager &FAM,
+                         const AutoBounds &Bounds, bool &Changed) {
+  Function *F = &Candidate;
+  if (auto Sum = AutoPolicy(*F, FAM).findSumToPass(Bounds)) {
+    if (areRemarksEnabled(*F->getParent()))
+      emitRemark(*F, Verdict(true, "AutoSum")
+                         << NV("Shape", "passed sum")
+                         << " by the automatic policy, handed on from self "
+                            "call to self call");
+    Function &Passing = passAccumulator(*F, *Sum);
+    FAM.invalidate(*F, PreservedAnalyses::none());
+    F = &Passing;
+    Changed = true;
+  }
+  if (AutoPolicy(*F, FAM).wantsLoopsFirst(Bounds)) {
+    FAM.invalidate(*F, TailCallElimPass().run(*F, FAM));
+    Changed = true;
+  }
+  return *F;
+}
+
+/// The plan for a function with a growth of at most \p Share; nothing is
+/// planned if that is too little.  All functions together may grow by \p Limit.
+static RecursionPlan planWithin(const Candidate &Asked,
+                                FunctionAnalysisManager &FAM,
+                                const AutoBounds &Bounds, uint64_t Share,
+                                uint64_t Limit) {
+  AutoPolicy Policy(*Asked.F, FAM);
+  if (Asked.Demand <= Share) {
+    RecursionPlan Plan = Policy.makePlan(Bounds);
+    if (Plan.Growth <= Share)
+      return Plan;
+  }
   // Fewer copies, if they fit.
   AutoBounds Rest = Bounds;
-  Rest.FunctionGrowth =
-      std::min<uint64_t>(Rest.FunctionGrowth, Budget.getLeft());
-  RecursionPlan Smaller = AutoPolicy(F, FAM).makePlan(Rest);
-  if (Smaller.Kind != RecursionPlan::Nothing && Budget.take(Smaller.Growth))
+  Rest.FunctionGrowth = std::min<uint64_t>(Rest.FunctionGrowth, Share);
+  RecursionPlan Smaller = Policy.makePlan(Rest);
+  if (Smaller.Kind != RecursionPlan::Nothing && Smaller.Growth <= Share)
     return Smaller;
-  Verdict Refusal(false, "AutoModuleGrowth");
-  Refusal << "a ring of it would add " << NV("Growth", Plan.Growth)
+  Verdict Refusal(false, NoRoom);
+  Refusal << "a ring of it would add " << NV("Growth", Asked.Demand)
           << " instructions, and the module may not grow by more than "
-          << NV("Limit", Budget.getLimit());
+          << NV("Limit", Limit);
   return RecursionPlan(Refusal);
 }
 
@@ -265,55 +289,62 @@ PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
   Driver.GetSE = GetSE;
   Driver.GetDT = GetDT;
 
-  SmallVector<Function *, 8> Candidates;
+  SmallVector<Function *, 8> Recursive;
   for (Function &F : M) {
     if (F.isDeclaration() || !isDirectlyRecursive(F))
       continue;
     if (Where == BehindInliner && isSeenByAuto(F))
       continue;
     if (Driver.isLegalToInlineRecursion(&F))
-      Candidates.push_back(&F);
+      Recursive.push_back(&F);
     if (Where == BeforeInliner)
       F.addFnAttr(SeenMark);
   }
-  if (Candidates.empty())
+  if (Recursive.empty())
     return PreservedAnalyses::all();
 
   const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth,
                              /*InlinerFollows=*/Where == BeforeInliner};
-  const bool TellUser = areRemarksEnabled(M);
-  GrowthBudget Budget(M, Limits.ModuleGrowth,
-                      /*CountCopies=*/Where == BehindInliner);
   bool Changed = false;
+  SmallVector<Candidate, 8> Candidates;
+  SmallVector<unsigned, 8> Demands;
+  auto AddCandidate = [&](Function &F) {
+    Function &Prepared = prepare(F, FAM, Bounds, Changed);
+    Demands.push_back(AutoPolicy(Prepared, FAM).makePlan(Bounds).Growth);
+    Candidates.push_back({&Prepared, Demands.back()});
+  };
+  const uint64_t Limit = findGrowthLimit(M, Limits.ModuleGrowth);
+  const uint64_t Used = Where == BehindInliner ? findEarlierGrowth(M) : 0;
+  for (Function *F : Recursive)
+    AddCandidate(*F);
+  GrowthBudget Budget(Limit - std::min(Limit, Used), Demands);
+
+  const bool TellUser = areRemarksEnabled(M);
   // A function that is taken apart leaves another one behind.
   for (size_t I = 0; I != Candidates.size(); ++I) {
-    Function *F = Candidates[I];
-    if (auto Sum = AutoPolicy(*F, FAM).findSumToPass(Bounds)) {
-      if (TellUser)
-        emitRemark(*F, Verdict(true, "AutoSum")
-                           << NV("Shape", "passed sum")
-                           << " by the automatic policy, handed on from self "
-                              "call to self call");
-      Function &Passing = passAccumulator(*F, *Sum);
-      FAM.invalidate(*F, PreservedAnalyses::none());
-      F = &Passing;
-      Changed = true;
+    const Candidate Asked = Candidates[I];
+    Function &F = *Asked.F;
+    const RecursionPlan Plan =
+        planWithin(Asked, FAM, Bounds,
+                   Asked.IsLast ? Budget.getLeft() : Budget.getShare(), Limit);
+    Budget.take(Asked.IsLast ? 0 : Asked.Demand, Plan.Growth);
+    if (Plan.Decision.Name == NoRoom && !Asked.IsLast) {
+      Candidates.push_back({&F, Asked.Demand, /*IsLast=*/true});
+      continue;
     }
-    if (AutoPolicy(*F, FAM).wantsLoopsFirst(Bounds)) {
-      FAM.invalidate(*F, TailCallElimPass().run(*F, FAM));
-      Changed = true;
-    }
-    const RecursionPlan Plan = planWithin(*F, FAM, Bounds, Budget);
     if (TellUser)
-      emitRemark(*F, Plan.Decision);
+      emitRemark(F, Plan.Decision);
     if (Plan.LacksTest)
-      F->removeFnAttr(SeenMark);
+      F.removeFnAttr(SeenMark);
     if (Plan.Kind == RecursionPlan::Nothing)
       continue;
+    Function *Rest = nullptr;
     if (Plan.Kind == RecursionPlan::Split)
-      Candidates.push_back(&splitEntry(*F, *Plan.Where));
-    for (Function *User : build(*F, Plan, Driver))
+      Rest = &splitEntry(F, *Plan.Where);
+    for (Function *User : build(F, Plan, Driver))
       FAM.invalidate(*User, PreservedAnalyses::none());
+    if (Rest)
+      AddCandidate(*Rest);
     Changed = true;
   }
   if (!Changed)

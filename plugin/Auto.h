@@ -53,7 +53,8 @@
 /// Growth is bounded for each function, and for the module by the larger of an
 /// absolute number, which is what makes a small program fast, and a share of
 /// its size.  Below -O3 the two numbers are a twelfth: the time that a
-/// compilation takes grows as the code does.
+/// compilation takes grows as the code does.  What the functions of a module
+/// ask for together may be more; GrowthBudget shares it out.
 ///
 /// Before the inliner the pass looks at every recursion that is there.  It runs
 /// once more behind it (BehindInliner.h), on what calls itself only since then.
