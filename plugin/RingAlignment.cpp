@@ -128,9 +128,17 @@ static bool isCopyOf(const Function &Copy, const Function &F,
       return Twin == W;
     return V == W || (is_contained(Links, V) && is_contained(Links, W));
   };
+  // The pass has made those of the copy anew, without their attributes.
+  auto IsLink = [&Links](const Instruction *I) {
+    const auto *Call = dyn_cast<CallInst>(I);
+    return Call && is_contained(Links, Call->getCalledFunction());
+  };
   return all_of(Pairs, [&](const auto &Pair) {
     const auto [I, J] = Pair;
-    if (!I->isSameOperationAs(J) || !I->hasSameSubclassOptionalData(J) ||
+    const bool IsSame =
+        (IsLink(I) && IsLink(J)) ||
+        (I->isSameOperationAs(J) && I->hasSameSubclassOptionalData(J));
+    if (!IsSame ||
         !all_of_zip(I->operand_values(), J->operand_values(), AreTwins))
       return false;
     const auto *Phi = dyn_cast<PHINode>(I);

@@ -1,5 +1,5 @@
 // Copies that stand for one remainder each do what the recursion does with values that wrap, with wide ones, and in a loop.
-// RUN: %python %S/../tools/compare_rings.py --clang %clang --plugin %plugin --include %S/../../include --scratch %t.dir --ring wrap --ring wide --ring loop %s
+// RUN: %python %S/../tools/compare_rings.py --clang %clang --plugin %plugin --include %S/../../include --scratch %t.dir --aligned wrap --aligned wide --aligned loop %s
 #include <inlinerecursion/request.h>
 #include <limits.h>
 #include <stdio.h>

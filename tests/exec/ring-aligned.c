@@ -1,5 +1,5 @@
 // Copies that stand for one remainder each do what the recursion does: from wherever it is entered, below zero too, and by whatever steps.
-// RUN: %python %S/../tools/compare_rings.py --clang %clang --plugin %plugin --include %S/../../include --scratch %t.dir --ring down --ring up --ring both %s
+// RUN: %python %S/../tools/compare_rings.py --clang %clang --plugin %plugin --include %S/../../include --scratch %t.dir --aligned down --aligned up --aligned both %s
 #include <inlinerecursion/request.h>
 #include <limits.h>
 #include <stdio.h>

@@ -1,8 +1,8 @@
 """Compiles a program with rings and without the plugin and compares what it does.
 
     compare_rings.py --clang CLANG --plugin FILE --include DIR --scratch DIR
-                     [--flag FLAG ...] [--ring NAME ...] [--no-ring NAME ...]
-                     SOURCE ...
+                     [--flag FLAG ...] [--ring NAME ...] [--aligned NAME ...]
+                     [--no-ring NAME ...] SOURCE ...
 
 The reference is the program compiled by the plain compiler at -O2. Every build
 with the plugin, at each level from 0 to 4 and each of -O1, -O2, -O3 and -Os,
@@ -71,13 +71,14 @@ def main():
     parser.add_argument("--scratch", required=True)
     parser.add_argument("--flag", action="append", default=[])
     parser.add_argument("--ring", action="append", default=[])
+    parser.add_argument("--aligned", action="append", default=[])
     parser.add_argument("--no-ring", action="append", default=[])
     parser.add_argument("--chain-at-most", action="append", default=[])
     parser.add_argument("sources", nargs="+")
     args = parser.parse_args()
-    if not args.ring and not args.no_ring and not args.chain_at_most:
-        sys.exit("compare_rings.py: nothing is expected; say --ring NAME or"
-                 " --no-ring NAME")
+    if not (args.ring or args.aligned or args.no_ring or args.chain_at_most):
+        sys.exit("compare_rings.py: nothing is expected; say --ring NAME,"
+                 " --aligned NAME or --no-ring NAME")
 
     compiler = [args.clang, "-w", "-I", args.include, *args.flag]
     plugin = [f"-fpass-plugin={args.plugin}", "-Xclang", "-load", "-Xclang",
@@ -98,6 +99,12 @@ def main():
         shapes = dict(re.findall(
             r"remark: '(\S+)' rebuilt as a (ring|chain) of"
             r"(?!.*by the automatic policy)", remarks))
+        aligned = re.findall(r"remark: '(\S+)' rebuilt as a ring of \d+ copies, one"
+                             " for each remainder", remarks)
+        for name in args.aligned:
+            if name not in aligned:
+                sys.exit(f"compare_rings.py: '{name}' is not aligned at level"
+                         f" {level}, -{opt}\n{shlex.join(command)}\n{remarks}")
         for name in args.ring:
             if shapes.get(name) != "ring":
                 sys.exit(f"compare_rings.py: '{name}' is no ring at level"
