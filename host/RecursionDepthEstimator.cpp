@@ -348,32 +348,58 @@ bool RecursionDepthEstimator::isInLoopBetterUnrolled(CallInst *Call) const {
   return false;
 }
 
+namespace {
+/// A recursive call and what control has to pass to get to it.
+struct RecursiveCall {
+  CallInst *Call;
+  SmallVector<Guard, 4> Guards;
+};
+} // namespace
+
+/// The most activations of \p F that stand on each other when it is entered
+/// with one of \p Tuples and recurses through whichever of \p Calls it gets to;
+/// none if nothing is known to stop it.
+static std::optional<unsigned>
+countActivations(Function &F, ScalarEvolution &SE,
+                 ArrayRef<RecursiveCall> Calls,
+                 SmallVector<SmallVector<Constant *, 4>, 2> Tuples) {
+  for (unsigned Depth = 1; Depth <= RecursionDepthEstimator::MaxActivations;
+       ++Depth) {
+    SmallVector<SmallVector<Constant *, 4>, 2> Deeper;
+    for (const auto &Arguments : Tuples) {
+      Activation Now(F, SE, Arguments);
+      for (const RecursiveCall &R : Calls) {
+        if (any_of(R.Guards,
+                   [&Now](const Guard &G) { return Now.isTurnedAwayAt(G); }))
+          continue;
+        SmallVector<Constant *, 4> Next;
+        for (unsigned ArgNo = 0; ArgNo != F.arg_size(); ++ArgNo)
+          Next.push_back(Now.evaluate(R.Call->getArgOperand(ArgNo)));
+        // The next activation would do the same as this one, for ever.
+        if (Next == Arguments)
+          return std::nullopt;
+        if (is_contained(Deeper, Next))
+          continue;
+        if (Deeper.size() == RecursionDepthEstimator::MaxTuples)
+          return std::nullopt;
+        Deeper.push_back(std::move(Next));
+      }
+    }
+    // What turns away is an activation as well.
+    if (Deeper.empty())
+      return Depth;
+    Tuples = std::move(Deeper);
+  }
+  return std::nullopt;
+}
+
 std::pair<const SCEV *, const SCEV *>
 RecursionDepthEstimator::identifyRecursionDepthForCallSite(CallInst *Call) {
-  const SmallVector<Guard, 4> Guards = findGuards(Call->getParent(), *DT);
-
-  // Activations until a guard turns away, counting the one that does; none if
-  // nothing is known to stop the recursion.
-  auto CountActivations =
-      [&](ArgumentTuple Arguments) -> std::optional<unsigned> {
-    for (unsigned Count = 1; Count <= MaxActivations; ++Count) {
-      Activation Now(*F, *SE, Arguments);
-      if (any_of(Guards, [&](const Guard &G) { return Now.isTurnedAwayAt(G); }))
-        return Count;
-      ArgumentTuple Next;
-      for (unsigned ArgNo = 0; ArgNo != F->arg_size(); ++ArgNo)
-        Next.push_back(Now.evaluate(Call->getArgOperand(ArgNo)));
-      // The next activation would do the same as this one, for ever.
-      if (Next == Arguments)
-        return std::nullopt;
-      Arguments = std::move(Next);
-    }
-    return std::nullopt;
-  };
-
+  const RecursiveCall Alone = {Call, findGuards(Call->getParent(), *DT)};
   unsigned Shallowest = ~0U, Deepest = 0;
   for (const ArgumentTuple &Entry : Entries) {
-    std::optional<unsigned> Activations = CountActivations(Entry);
+    std::optional<unsigned> Activations =
+        countActivations(*F, *SE, Alone, {Entry});
     if (!Activations)
       return {nullptr, nullptr};
     Shallowest = std::min(Shallowest, *Activations);
@@ -382,4 +408,11 @@ RecursionDepthEstimator::identifyRecursionDepthForCallSite(CallInst *Call) {
   Type *CountTy = Type::getInt32Ty(F->getContext());
   return {SE->getConstant(CountTy, Shallowest),
           SE->getConstant(CountTy, Deepest)};
+}
+
+std::optional<unsigned> RecursionDepthEstimator::findDeepestRecursion() {
+  SmallVector<RecursiveCall, 2> Calls;
+  for (CallInst *Call : CallSites)
+    Calls.push_back({Call, findGuards(Call->getParent(), *DT)});
+  return countActivations(*F, *SE, Calls, Entries);
 }

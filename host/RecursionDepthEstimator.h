@@ -22,7 +22,8 @@
 ///
 /// Limits, all of which yield "no estimate": MaxCallSites recursive calls,
 /// MaxEntries different tuples of arguments at the outside calls,
-/// MaxActivations per entry, MaxFoldDepth nested instructions per value (and as
+/// MaxActivations per entry (MaxTuples side by side, where it may be any of the
+/// calls), MaxFoldDepth nested instructions per value (and as
 /// large an expression where ScalarEvolution is asked).  One
 /// estimate thus folds at most MaxCallSites * MaxEntries * MaxActivations times
 /// the instructions that guards and recursive operands are computed from; the
@@ -51,6 +52,7 @@
 #include "llvm/ADT/ArrayRef.h"
 #include "llvm/ADT/SmallVector.h"
 #include "llvm/ADT/StringRef.h"
+#include <optional>
 #include <utility>
 
 namespace llvm {
@@ -68,6 +70,7 @@ public:
   static constexpr unsigned MaxCallSites = 8;
   static constexpr unsigned MaxEntries = 8;
   static constexpr unsigned MaxActivations = 32;
+  static constexpr unsigned MaxTuples = 32;
   static constexpr unsigned MaxFoldDepth = 32;
   /// Trips, and instructions over all trips, up to which the compiler is taken
   /// to unroll a loop (its threshold of 300 with its bonus for what folds).
@@ -96,6 +99,13 @@ public:
   /// \p Call is ever decided, or the recursion does not end in time.
   std::pair<const SCEV *, const SCEV *>
   identifyRecursionDepthForCallSite(CallInst *Call);
+
+  /// The most activations, at least 1, that stand on each other when every
+  /// activation recurses through whichever of getCallSites() it gets to; none
+  /// if that does not end in time, or more than MaxTuples tuples of arguments
+  /// are met at one depth.  Each call alone may tell of less: one that is made
+  /// for odd numbers and one for even ones end at once.
+  std::optional<unsigned> findDeepestRecursion();
 
 private:
   /// Is \p Call made in some trips only of a loop that is worth more unrolled?

@@ -439,24 +439,6 @@ static std::optional<Verdict> findRisk(unsigned BodySize,
   return std::nullopt;
 }
 
-/// The number of activations that the calls from outside lead to, through
-/// whichever of \p Calls; none if it is not known of all of them.
-static std::optional<unsigned>
-findKnownDepth(RecursionDepthEstimator &Estimator, ArrayRef<CallBase *> Calls) {
-  // It answers for plain calls only.
-  if (Estimator.getCallSites().size() != Calls.size())
-    return std::nullopt;
-  unsigned Depth = 0;
-  for (CallInst *Call : Estimator.getCallSites()) {
-    const auto *Deepest = dyn_cast_or_null<SCEVConstant>(
-        Estimator.identifyRecursionDepthForCallSite(Call).second);
-    if (!Deepest)
-      return std::nullopt;
-    Depth = std::max<unsigned>(Depth, Deepest->getAPInt().getZExtValue());
-  }
-  return Depth;
-}
-
 /// Does little of \p F, a function of one argument, fold away where that is a
 /// constant?  By level 0's own estimate.
 static bool foldsLittle(Function &F, ScalarEvolution &SE, DominatorTree &DT) {
@@ -472,7 +454,10 @@ static std::optional<RecursionPlan>
 planChain(Function &F, ArrayRef<CallBase *> Calls,
           RecursionDepthEstimator &Estimator, const LoopInfo &LI,
           ScalarEvolution &SE, DominatorTree &DT, const AutoBounds &Bounds) {
-  const std::optional<unsigned> Depth = findKnownDepth(Estimator, Calls);
+  // The estimator answers for plain calls only.
+  if (Estimator.getCallSites().size() != Calls.size())
+    return std::nullopt;
+  const std::optional<unsigned> Depth = Estimator.findDeepestRecursion();
   if (!Depth || *Depth > Bounds.Copies)
     return std::nullopt;
   if (*Depth > MaxShortLoops && foldsLittle(F, SE, DT) &&

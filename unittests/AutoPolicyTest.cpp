@@ -443,6 +443,41 @@ TEST(AutoChainTest, NotIfAnyDepthIsUnknownOrTooLarge) {
             RecursionPlan::Chain);
 }
 
+TEST(AutoChainTest, AsDeepAsAllCallsTogetherGo) {
+  // One call is for odd numbers, one for even ones: 7, 6, 4, 2, 0.
+  const Asked A(std::string(Prelude) + R"(
+define void @f(i32 %n) {
+entry:
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %rec
+rec:
+  %odd = trunc i32 %n to i1
+  store i32 %n, ptr @g
+  br i1 %odd, label %one, label %two
+one:
+  %m1 = sub i32 %n, 1
+  call void @f(i32 %m1)
+  br label %join
+two:
+  %m2 = sub i32 %n, 2
+  call void @f(i32 %m2)
+  br label %join
+join:
+  store i32 %n, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+define void @outside() {
+  call void @f(i32 7)
+  ret void
+}
+)",
+                Chains);
+  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
+  EXPECT_EQ(A.Plan.Copies, 5u);
+}
+
 //===----------------------------------------------------------------------===//
 // Leaf chains
 //===----------------------------------------------------------------------===//

@@ -60,6 +60,16 @@ std::string estimateSteps(StringRef Type, StringRef Guard, StringRef Step,
                   Type + " " + Start + ")\n  ret void\n}\n");
 }
 
+/// What the estimator says of all calls of @f in @f together; 0 if nothing.
+unsigned estimateDeepest(const Twine &Assembly) {
+  TestModule TM(Assembly.str());
+  Function &F = TM.function("f");
+  RecursionDepthEstimator Estimator(&F, &TM.scalarEvolution(F),
+                                    &TM.dominatorTree(F));
+  EXPECT_TRUE(Estimator.canEstimateRecursionDepth());
+  return Estimator.findDeepestRecursion().value_or(0);
+}
+
 TEST(RecursionDepthEstimatorTest, CountsDown) {
   EXPECT_EQ(estimateSteps("i32", "%stop = icmp eq i32 %n, 0",
                           "%next = sub i32 %n, 1", "5"),
@@ -548,6 +558,100 @@ TEST(RecursionDepthEstimatorTest, DeadEdgesAreKnownFromNearBy) {
   };
   EXPECT_EQ(Estimate(3), "(6, 6)");
   EXPECT_EQ(Estimate(4), "null");
+}
+
+TEST(RecursionDepthEstimatorTest, OneCallGoesOnWhereAnotherEnds) {
+  const Twine OddAndEven = R"(
+define void @f(i32 %n) {
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %leaf, label %more
+more:
+  %odd = trunc i32 %n to i1
+  br i1 %odd, label %one, label %two
+one:
+  %a = sub i32 %n, 1
+  call void @f(i32 %a)
+  br label %leaf
+two:
+  %b = sub i32 %n, 2
+  call void @f(i32 %b)
+  br label %leaf
+leaf:
+  ret void
+}
+define void @main() {
+  call void @f(i32 7)
+  ret void
+}
+)";
+  EXPECT_EQ(estimate(OddAndEven), "(2, 2)(1, 1)");
+  // 7, 6, 4, 2, 0.
+  EXPECT_EQ(estimateDeepest(OddAndEven), 5u);
+}
+
+/// f(a, b) that recurses with each of \p Steps, lists of two arguments out of
+/// %a, %b and what \p Values computes, until a is \p Last; entered with
+/// \p Starts in turn.
+std::string recursing(const std::string &Values,
+                      std::initializer_list<const char *> Steps, unsigned Last,
+                      std::initializer_list<const char *> Starts) {
+  std::string Assembly = "define void @f(i32 %a, i32 %b) {\n"
+                         "  %stop = icmp eq i32 %a, " +
+                         std::to_string(Last) +
+                         "\n  br i1 %stop, label %leaf, label %more\n"
+                         "more:\n" +
+                         Values;
+  for (const char *Step : Steps)
+    Assembly += std::string("  call void @f(") + Step + ")\n";
+  Assembly += "  ret void\nleaf:\n  ret void\n}\ndefine void @main() {\n";
+  for (const char *Start : Starts)
+    Assembly += std::string("  call void @f(") + Start + ")\n";
+  return Assembly + "  ret void\n}\n";
+}
+
+TEST(RecursionDepthEstimatorTest, TheDeepestOfAllCallsAndEntries) {
+  const std::string Values = "  %one = sub i32 %a, 1\n"
+                             "  %two = lshr i32 %a, 1\n";
+  EXPECT_EQ(
+      estimateDeepest(recursing(Values, {"i32 %two, i32 1", "i32 %one, i32 2"},
+                                0, {"i32 6, i32 0"})),
+      7u);
+  EXPECT_EQ(estimateDeepest(recursing(Values, {"i32 %two, i32 1"}, 0,
+                                      {"i32 6, i32 0", "i32 9, i32 0"})),
+            5u);
+  EXPECT_EQ(estimateDeepest(
+                recursing(Values, {"i32 %two, i32 1"}, 6, {"i32 6, i32 0"})),
+            1u);
+}
+
+TEST(RecursionDepthEstimatorTest, AsManyTuplesAtOneDepthAsAreAllowed) {
+  const std::string Values = "  %next = add i32 %a, 1\n"
+                             "  %left = shl i32 %b, 1\n"
+                             "  %right = or i32 %left, 1\n";
+  auto Estimate = [&Values](unsigned Levels) {
+    return estimateDeepest(
+        recursing(Values, {"i32 %next, i32 %left", "i32 %next, i32 %right"},
+                  Levels, {"i32 0, i32 0"}));
+  };
+  EXPECT_EQ(RecursionDepthEstimator::MaxTuples, 32u);
+  EXPECT_EQ(Estimate(5), 6u);
+  EXPECT_EQ(Estimate(6), 0u);
+}
+
+TEST(RecursionDepthEstimatorTest, GoingRoundInCirclesIsNoDepth) {
+  const std::string Values = "  %other = sub i32 1, %b\n"
+                             "  %next = add i32 %a, 1\n";
+  EXPECT_EQ(estimateDeepest(
+                recursing(Values, {"i32 %a, i32 %other"}, 3, {"i32 0, i32 0"})),
+            0u);
+  // One call that stays where it is is enough.
+  EXPECT_EQ(
+      estimateDeepest(recursing(Values, {"i32 %next, i32 %b", "i32 %a, i32 %b"},
+                                3, {"i32 0, i32 0"})),
+      0u);
+  EXPECT_EQ(estimateDeepest(
+                recursing(Values, {"i32 %next, i32 %b"}, 3, {"i32 0, i32 0"})),
+            4u);
 }
 
 TEST(RecursionDepthEstimatorTest, NothingToJudge) {
