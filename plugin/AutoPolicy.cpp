@@ -58,7 +58,12 @@ static constexpr unsigned MaxCopiesToMerge = 2;
 
 /// Where no activation makes more than one of several calls, the recursion is a
 /// path, and of all that copies are multiplied by only that path is run.
-static constexpr unsigned MaxCopiesOfPath = 2;
+/// Merging two lists runs 1.25 times as fast as plain with four copies, 1.1
+/// times with two, and no faster with more.  With a loop around one of the
+/// calls, two are best: a matcher of patterns is 2.6 times as fast with them,
+/// 2.2 times with three and 1.4 times with four.
+static constexpr unsigned MaxCopiesOfPath = 4;
+static constexpr unsigned MaxCopiesOfPathWithLoop = 2;
 
 /// A copy that is inlined into the loop around the one self call is a loop in a
 /// loop, and each needs registers.  A path search ran in 0.42 of plain clang's
@@ -258,6 +263,24 @@ static std::optional<Verdict> findOtherWork(const Function &F,
     return std::nullopt;
   return refuse("AutoWorkInLoop")
          << "it has a loop of its own beside its self calls";
+}
+
+/// Why the path that \p Calls are is one that the compiler runs well: it is a
+/// loop, by a tail call, as long as a call that stands in another loop is not
+/// made.  A matcher of regular expressions ran at 0.95 of plain clang's speed
+/// in a ring, and at 0.85 when the loop was made first.
+static std::optional<Verdict> findPathInLoops(ArrayRef<CallBase *> Calls,
+                                              const LoopInfo &LI,
+                                              const DominatorTree &DT) {
+  if (!excludeEachOther(Calls, DT) ||
+      none_of(Calls, [](const CallBase *C) { return isTailCall(*C); }) ||
+      none_of(Calls, [&LI](const CallBase *C) {
+        return LI.getLoopFor(C->getParent());
+      }))
+    return std::nullopt;
+  return refuse("AutoPathInLoops")
+         << "a tail call of itself becomes a loop, and where it makes another "
+            "self call instead, that is in a loop of its own";
 }
 
 /// The leaves of \p F, if it counts and they fit into \p Bounds.
@@ -527,20 +550,22 @@ static unsigned limitCopies(Function &F, ArrayRef<CallBase *> Calls,
                             bool HasGuard, const LoopInfo &LI,
                             ScalarEvolution &SE, const DominatorTree &DT,
                             unsigned Most) {
+  const bool AnyInLoop = any_of(Calls, [&LI](const CallBase *Call) {
+    return LI.getLoopFor(Call->getParent());
+  });
   if (areInSmallTailLoop(Calls, F, LI, SE)) {
     Most = std::min(Most, MaxCopiesInTailLoop);
     const Loop &L = *LI.getLoopFor(Calls.front()->getParent());
     if (Calls.size() == 1)
       if (const unsigned Kept = countKeptValues(F, L, *Calls.front(), SE))
         Most = std::min(Most, MaxKeptValues / Kept);
-  } else if (any_of(Calls, [&LI](const CallBase *Call) {
-               return LI.getLoopFor(Call->getParent());
-             }))
+  } else if (AnyInLoop)
     Most = std::min(Most, MaxCopiesInLoop + (Calls.size() > 1));
   else if (Calls.size() <= 2)
     Most = std::min(Most, MaxCopiesOfFewCalls);
   if (excludeEachOther(Calls, DT))
-    Most = std::min(Most, MaxCopiesOfPath);
+    Most =
+        std::min(Most, AnyInLoop ? MaxCopiesOfPathWithLoop : MaxCopiesOfPath);
   if (!HasGuard && any_of(Calls, [&](const CallBase *Call) {
         return isInShortLoop(*Call, LI, SE);
       }))
@@ -665,6 +690,8 @@ RecursionPlan AutoPolicy::makePlan(const AutoBounds &Bounds) {
     if (auto Plan = planChain(F, Calls, Estimator, LI, SE, DT, Bounds))
       return *Plan;
   if (std::optional<Verdict> Reason = findOtherWork(F, Calls, LI, DT))
+    return RecursionPlan(*Reason);
+  if (std::optional<Verdict> Reason = findPathInLoops(Calls, LI, DT))
     return RecursionPlan(*Reason);
   if (Other.Count > MaxOtherCalls * Calls.size())
     return RecursionPlan(refuse("AutoOtherCalls")

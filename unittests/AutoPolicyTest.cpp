@@ -1181,22 +1181,47 @@ TEST(AutoRingTest, FewCopiesBesideKnownCalls) {
   EXPECT_EQ(CopiesWith("  call void %p()\n"), 5u);
 }
 
+/// f(n, p), which calls itself in one of two branches, with \p Left around the
+/// first call; \p Behind the second one it goes on to an exit.
+std::string path(const std::string &Left = CallAndStore,
+                 const std::string &Behind = "  store i32 0, ptr %p\n") {
+  return voidWith("  %c = trunc i32 %n to i1\n"
+                  "  br i1 %c, label %left, label %right\n"
+                  "left:\n" +
+                  Left +
+                  "  br label %exit\n"
+                  "right:\n"
+                  "  call void @f(i32 %n, ptr null)\n" +
+                  Behind +
+                  "  br label %done\n"
+                  "done:");
+}
+
+const std::string CallInLoop = "  br label %loop\n"
+                               "loop:\n" +
+                               CallAndStore +
+                               "  %again = call i1 @more()\n"
+                               "  br i1 %again, label %loop, label %out\n"
+                               "out:\n";
+
 TEST(AutoRingTest, FewCopiesOfAPath) {
-  const std::string Path = voidWith(R"(
-  %c = call i1 @more()
-  br i1 %c, label %left, label %right
-left:
-  call void @f(i32 %n, ptr %p)
-  store i32 %n, ptr %p
-  br label %exit
-right:
-  call void @f(i32 %n, ptr null)
-  store i32 0, ptr %p
-  br label %done
-done:)");
-  const Asked A(Path);
+  const Asked A(path(), {9, 900, /*InlinerFollows=*/true});
+  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
+  EXPECT_EQ(A.Plan.Copies, 4u);
+}
+
+TEST(AutoRingTest, TwoCopiesOfAPathWithALoop) {
+  const Asked A(path(CallInLoop), {9, 900, /*InlinerFollows=*/true});
   ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
   EXPECT_EQ(A.Plan.Copies, 2u);
+}
+
+TEST(AutoRefusalTest, APathThatIsALoopOrInOne) {
+  EXPECT_EQ(Asked(path(CallInLoop, "")).name(), "AutoPathInLoops");
+  // Without the one loop or the other.
+  EXPECT_NE(Asked(path(CallAndStore, "")).name(), "AutoPathInLoops");
+  // The tail call is made after the loop.
+  EXPECT_NE(Asked(voidWith(CallInLoop + Call)).name(), "AutoPathInLoops");
 }
 
 TEST(AutoRefusalTest, VariableArguments) {
