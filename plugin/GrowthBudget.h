@@ -34,8 +34,7 @@ public:
   uint64_t getLeft() const { return Left; }
 
   /// The next function, which asked for \p Demand, grows by \p Growth, which is
-  /// at most getLeft().  Of a function that was not known in the beginning, or
-  /// that has had its turn, the demand is 0.
+  /// at most getLeft().  Of a function that has had its turn the demand is 0.
   void take(unsigned Demand, uint64_t Growth);
 
 private:
