@@ -22,10 +22,10 @@
 ///
 /// Limits, all of which yield "no estimate": MaxCallSites recursive calls,
 /// MaxEntries different tuples of arguments at the outside calls,
-/// MaxActivations per entry (MaxTuples side by side, where it may be any of the
-/// calls), MaxFoldDepth nested instructions per value (and as
-/// large an expression where ScalarEvolution is asked).  One
-/// estimate thus folds at most MaxCallSites * MaxEntries * MaxActivations times
+/// MaxActivations per entry, MaxTuples different tuples at one depth where the
+/// recursion may take any of the calls, MaxFoldDepth nested instructions per
+/// value (and as large an expression where ScalarEvolution is asked).  One
+/// estimate thus folds at most MaxCallSites * MaxTuples * MaxActivations times
 /// the instructions that guards and recursive operands are computed from; the
 /// guards are found in time linear in the blocks of the function.  Looking for
 /// a reason to decline walks each loop around a recursive call once per integer
