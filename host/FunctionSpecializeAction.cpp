@@ -2,6 +2,7 @@
 
 #include "FunctionSpecializeAction.h"
 #include "InliningPlan.h"
+#include "Names.h"
 #include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SetVector.h"
@@ -19,6 +20,7 @@
 #include <deque>
 
 using namespace llvm;
+using namespace llvm::inlinerecursion;
 
 static cl::opt<unsigned> MaxClonesPerRing(
     "inline-recursion-max-specializations", cl::init(256), cl::Hidden,
@@ -40,12 +42,6 @@ static cl::opt<unsigned> MaxInlinedSize(
     "inline-recursion-specialized-inline-size", cl::init(300), cl::Hidden,
     cl::desc("Largest size, with what is inlined into it, of a specialised "
              "clone that is itself inlined into its callers (instructions)"));
-
-static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
-static constexpr StringLiteral CloneSuffix = ".recurse.clone";
-static constexpr StringLiteral EligibleMark =
-    "specialize-inline-recursion-function-eligible";
-static constexpr StringLiteral Request = "specialize-inline-recursion-function";
 
 /// Copies that call each other in a circle.
 using Ring = SetVector<Function *>;

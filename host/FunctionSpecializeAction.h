@@ -37,9 +37,10 @@
 /// the same.
 ///
 /// A ring that the source asked for gets what the budgets hold.  One that was
-/// found (FoundRequest) must not make the program more than a few times as
-/// large, and is specialised as a whole or not at all: the activations that
-/// would be left over are the deepest ones, where a search spends its time.
+/// found (FoundRequest in Names.h) must not make the program more than a few
+/// times as large, and is specialised as a whole or not at all: the activations
+/// that would be left over are the deepest ones, where a search spends its
+/// time.
 ///
 /// The idea is that of LLVM's FunctionSpecialization.cpp, which does not look
 /// behind the first call of a recursion and bounds its clones by profit.
@@ -49,7 +50,6 @@
 #ifndef INLINERECURSION_HOST_FUNCTIONSPECIALIZEACTION_H
 #define INLINERECURSION_HOST_FUNCTIONSPECIALIZEACTION_H
 
-#include "llvm/ADT/StringRef.h"
 #include <map>
 #include <set>
 
@@ -58,10 +58,6 @@ namespace llvm {
 class CallInst;
 class Function;
 class Module;
-
-/// The value of the attribute "specialize-inline-recursion-function" on a
-/// function, and on its copies, whose source does not ask for a ring.
-constexpr StringLiteral FoundRequest = "found";
 
 /// Specialises the rings of a module for the constants that enter them.
 /// Keeps no state between its calls.

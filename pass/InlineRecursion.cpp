@@ -13,6 +13,7 @@
 
 #include "InlineRecursion.h"
 #include "../host/FunctionSpecializeAction.h"
+#include "../host/Names.h"
 #include "../host/RecursionDepthEstimator.h"
 #include "llvm/ADT/PostOrderIterator.h"
 #include "llvm/ADT/STLExtras.h"
@@ -31,6 +32,10 @@
 #include "llvm/Transforms/Utils/Cloning.h"
 
 using namespace llvm;
+using inlinerecursion::CloneMark;
+using inlinerecursion::CloneSuffix;
+using inlinerecursion::EligibleMark;
+using inlinerecursion::Request;
 
 // The current function's depth, carried from the decision to the chain.  The
 // driver resets it for every function, so a value given by the user never
@@ -67,16 +72,6 @@ static cl::opt<unsigned> DefaultRecursionDepthThreshold(
 static cl::opt<unsigned> InlineRecursionProfitablityRatio(
     "inline-recursion-profitablity", cl::init(10), cl::Hidden,
     cl::desc("Inline profitablity percentage considering function size"));
-
-// Marks every copy, and every function that has been chained: neither is ever
-// looked at (again).
-static constexpr StringLiteral CloneMark = "llvm.recurse.clone";
-static constexpr StringLiteral CloneSuffix = ".recurse.clone";
-// The request for a ring, and the gate's answer to it.
-static constexpr StringLiteral SpecializeRequest =
-    "specialize-inline-recursion-function";
-static constexpr StringLiteral SpecializeEligible =
-    "specialize-inline-recursion-function-eligible";
 
 /// The plain `call` that \p V is, if it calls \p F directly and with F's own
 /// type; else null.  An `invoke` or `callbr` of F is not one.
@@ -531,7 +526,7 @@ void InlineRecursion::InlineRecursionCosting::printFunctionParameters() {
 //===----------------------------------------------------------------------===//
 
 bool InlineRecursion::isSpecializeAllowed(Function *F) {
-  if (!F->hasFnAttribute(SpecializeRequest))
+  if (!F->hasFnAttribute(Request))
     return false;
 
   ScalarEvolution *SE = GetSE(*F);
@@ -553,7 +548,7 @@ bool InlineRecursion::isSpecializeAllowed(Function *F) {
     if (Bound < 1 || Bound > SpecialDepthLimit)
       continue;
     InlineRecursiveDepth = static_cast<unsigned>(Bound);
-    F->addFnAttr(SpecializeEligible);
+    F->addFnAttr(EligibleMark);
     return true;
   }
   return false;

@@ -7,8 +7,8 @@
 ///
 //===----------------------------------------------------------------------===//
 
-#include "../pass/InlineRecursion.h"
-#include "Pipeline.h"
+#include "pass/InlineRecursion.h"
+#include "plugin/pipeline/Pipeline.h"
 #include "llvm/PassRegistry.h"
 #include "llvm/Passes/PassPlugin.h"
 

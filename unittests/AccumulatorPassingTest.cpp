@@ -1,6 +1,6 @@
 //===- AccumulatorPassingTest.cpp - Sums handed on from call to call ------===//
 
-#include "../plugin/AccumulatorPassing.h"
+#include "plugin/rewrite/AccumulatorPassing.h"
 #include "TestModule.h"
 #include "llvm/IR/Dominators.h"
 #include "llvm/IR/InstIterator.h"

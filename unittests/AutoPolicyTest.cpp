@@ -1,7 +1,7 @@
 //===- AutoPolicyTest.cpp - What pays without being asked -----------------===//
 
-#include "../plugin/AutoPolicy.h"
 #include "TestModule.h"
+#include "plugin/policy/Policy.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;

@@ -1,6 +1,6 @@
 //===- CallGuardTest.cpp - The test in front of calls ---------------------===//
 
-#include "../plugin/CallGuard.h"
+#include "plugin/rewrite/CallGuard.h"
 #include "TestModule.h"
 #include "llvm/IR/DebugInfoMetadata.h"
 #include "llvm/IR/InstIterator.h"

@@ -1,8 +1,8 @@
 //===- CountedRecursionTest.cpp - Recursion that counts -------------------===//
 
-#include "../plugin/CountedRecursion.h"
-#include "../plugin/SelfCalls.h"
+#include "plugin/rewrite/CountedRecursion.h"
 #include "TestModule.h"
+#include "plugin/recursion/SelfCalls.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;

@@ -1,6 +1,6 @@
 //===- EntrySplitTest.cpp - What a recursion does before its test ---------===//
 
-#include "../plugin/EntrySplit.h"
+#include "plugin/rewrite/EntrySplit.h"
 #include "TestModule.h"
 #include "llvm/IR/InstIterator.h"
 

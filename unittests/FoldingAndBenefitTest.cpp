@@ -7,7 +7,7 @@
 ///
 //===----------------------------------------------------------------------===//
 
-#include "../pass/InlineRecursion.cpp"
+#include "pass/InlineRecursion.cpp"
 
 #include "TestModule.h"
 #include "llvm/IR/IRBuilder.h"

@@ -1,6 +1,6 @@
 //===- GrowthBudgetTest.cpp - How growth is shared out --------------------===//
 
-#include "../plugin/GrowthBudget.h"
+#include "plugin/automatic/GrowthBudget.h"
 #include "gtest/gtest.h"
 #include <algorithm>
 #include <random>

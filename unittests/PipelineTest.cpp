@@ -1,6 +1,6 @@
 //===- PipelineTest.cpp - Parameters, and pipelines side by side ----------===//
 
-#include "../plugin/Pipeline.h"
+#include "plugin/pipeline/Pipeline.h"
 #include "llvm/AsmParser/Parser.h"
 #include "llvm/IR/LLVMContext.h"
 #include "llvm/IR/Module.h"

@@ -1,6 +1,6 @@
 //===- SelfCallsTest.cpp - Kinds of self calls ----------------------------===//
 
-#include "../plugin/SelfCalls.h"
+#include "plugin/recursion/SelfCalls.h"
 #include "TestModule.h"
 #include "llvm/Analysis/PostDominators.h"
 

@@ -18,7 +18,8 @@ endfunction()
 
 function(share_all_headers)
   set(HEADERS)
-  file(GLOB FILES pass/* host/* plugin/*)
+  file(GLOB_RECURSE FILES pass/*.h pass/*.cpp host/*.h host/*.cpp
+    plugin/*.h plugin/*.cpp)
   foreach(FILE IN LISTS FILES)
     file(STRINGS ${FILE} LINES REGEX "^#include \"llvm/")
     string(REGEX REPLACE "#include \"([^\"]*)\"" "<\\1>" LINES "${LINES}")

@@ -1,0 +1,101 @@
+//===- BehindInliner.cpp - Recursion that inlining uncovers ---------------===//
+
+#include "plugin/automatic/BehindInliner.h"
+#include "host/InliningPlan.h"
+#include "plugin/ir/Names.h"
+#include "plugin/legality/CallRepair.h"
+#include "plugin/legality/Protection.h"
+#include "plugin/tell/Verdict.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Passes/PassBuilder.h"
+#include "llvm/Transforms/IPO/AlwaysInliner.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+static bool isUncovered(const Function &F) {
+  return !F.isDeclaration() && !hasCloneMark(F) && !isSeenByAuto(F) &&
+         isDirectlyRecursive(F);
+}
+
+/// Has the functions of \p M that rings were built of now merged into
+/// \p OldCopies, which were there before, if each adds no more than
+/// \p MaxGrowth instructions.  Building a tree calls what destroys it, most
+/// often for a null pointer.  Returns the changed ones.
+static SmallPtrSet<Function *, 8>
+inlineIntoCopies(Module &M, const SmallPtrSetImpl<Function *> &OldCopies,
+                 unsigned MaxGrowth) {
+  SmallPtrSet<Function *, 8> Changed;
+  for (Function &F : M) {
+    if (!hasCloneMark(F) || OldCopies.contains(&F))
+      continue;
+    SmallVector<CallBase *, 16> Calls;
+    for (User *U : F.users()) {
+      auto *Call = dyn_cast<CallBase>(U);
+      if (Call && Call->getCalledFunction() == &F &&
+          OldCopies.contains(Call->getFunction()))
+        Calls.push_back(Call);
+    }
+    if (Calls.size() * uint64_t(getCodeSize(F)) > MaxGrowth)
+      continue;
+    for (CallBase *Call : Calls) {
+      Call->addFnAttr(Attribute::AlwaysInline);
+      Changed.insert(Call->getFunction());
+    }
+  }
+  return Changed;
+}
+
+static PreservedAnalyses buildUncovered(Module &M, ModuleAnalysisManager &MAM,
+                                        AutoLimits Limits,
+                                        OptimizationLevel Level) {
+  if (none_of(M, isUncovered))
+    return PreservedAnalyses::all();
+
+  SmallPtrSet<Function *, 16> OldCopies;
+  for (Function &F : M)
+    if (hasCloneMark(F))
+      OldCopies.insert(&F);
+  auto IsNewCopy = [&OldCopies](const Function &F) {
+    return hasCloneMark(F) && !OldCopies.contains(&F);
+  };
+
+  ModulePassManager Build;
+  Build.addPass(ProtectionPass());
+  Build.addPass(AutoPass(Limits, AutoPass::BehindInliner));
+  Build.addPass(CallRepairPass());
+  const PreservedAnalyses Built = Build.run(M, MAM);
+  if (none_of(M, IsNewCopy))
+    return Built;
+
+  const SmallPtrSet<Function *, 8> Callers =
+      inlineIntoCopies(M, OldCopies, Limits.FunctionGrowth);
+  ModulePassManager Merge;
+  Merge.addPass(AlwaysInlinerPass(/*InsertLifetimeIntrinsics=*/true));
+  Merge.run(M, MAM);
+
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  FunctionPassManager Simplify =
+      PassBuilder().buildFunctionSimplificationPipeline(
+          Level, ThinOrFullLTOPhase::None);
+  for (Function &F : M)
+    if (IsNewCopy(F) || Callers.contains(&F))
+      FAM.invalidate(F, Simplify.run(F, FAM));
+  return PreservedAnalyses::none();
+}
+
+PreservedAnalyses BehindInlinerPass::run(Module &M,
+                                         ModuleAnalysisManager &MAM) {
+  PreservedAnalyses PA = buildUncovered(M, MAM, Limits, Level);
+  // No analysis rests on the marks.
+  forgetSeen(M);
+  return PA;
+}
+
+void BehindInlinerPass::printPipeline(raw_ostream &OS,
+                                      function_ref<StringRef(StringRef)>) {
+  OS << BehindInlinerName << "<" << Limits << ">";
+}

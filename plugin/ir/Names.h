@@ -1,0 +1,86 @@
+//===- Names.h - Attributes, suffixes and names of passes -------*- C++ -*-===//
+//
+/// \file
+/// What the plugin writes into a module to know a function again, and what its
+/// passes are called.  The words that it shares with the pass are in
+/// host/Names.h.
+///
+/// Marks are function attributes.  Those that only one file writes and reads
+/// stand there all the same: what a module can carry is to be seen at one
+/// glance.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_IR_NAMES_H
+#define INLINERECURSION_PLUGIN_IR_NAMES_H
+
+#include "host/Names.h"
+#include "llvm/IR/Function.h"
+
+namespace llvm {
+namespace inlinerecursion {
+
+//===----------------------------------------------------------------------===//
+// Marks
+//===----------------------------------------------------------------------===//
+
+/// Kept away from the pass; the value names the reason.  Until behind the pass.
+constexpr StringLiteral ProtectedMark = "inlinerecursion-protected";
+
+/// Copies may be made of it, and share its entry count; the value is its name.
+/// Until behind the pass.
+constexpr StringLiteral OriginMark = "inlinerecursion-origin";
+
+/// A copy in a ring whose inlining is planned.  Stays.
+constexpr StringLiteral PlannedMark = "inlinerecursion-planned";
+
+/// The automatic policy looked at it in front of the inliner.  Until behind the
+/// second look.
+constexpr StringLiteral SeenMark = "inlinerecursion-seen";
+
+/// On loops around calls from copy to copy, as metadata.  Stays.
+constexpr StringLiteral ChainLoopMark = "llvm.loop.inlinerecursion.chain";
+
+/// Is \p F a copy, or were copies made of it?  While the protection lasts, also
+/// whatever is kept away from the pass.
+inline bool hasCloneMark(const Function &F) {
+  return F.hasFnAttribute(CloneMark);
+}
+
+//===----------------------------------------------------------------------===//
+// Behind the names of functions
+//===----------------------------------------------------------------------===//
+
+/// A function that makes the test of another one and calls it if need be.
+constexpr StringLiteral GuardSuffix = ".recurse.guard";
+/// What is left of a function behind the work up to its test.
+constexpr StringLiteral RestSuffix = ".recurse.rest";
+/// A function that is handed the sum so far.
+constexpr StringLiteral SumSuffix = ".recurse.sum";
+/// The entry of an aligned ring, which looks for the copy.
+constexpr StringLiteral EntrySuffix = ".recurse.entry";
+
+//===----------------------------------------------------------------------===//
+// Passes
+//===----------------------------------------------------------------------===//
+
+/// The pass itself, and the pass of all remarks (-Rpass=inlinerecursion).
+constexpr StringLiteral PassName = "inlinerecursion";
+constexpr StringLiteral AutoName = "inlinerecursion-auto";
+constexpr StringLiteral BehindInlinerName = "inlinerecursion-behind-inliner";
+constexpr StringLiteral CallRepairName = "inlinerecursion-repair";
+constexpr StringLiteral ChainLoopsName = "inlinerecursion-chain-loops";
+constexpr StringLiteral CutRecurrencesName = "inlinerecursion-cut-recurrences";
+constexpr StringLiteral EarlySumsName = "inlinerecursion-early-sums";
+constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
+constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";
+constexpr StringLiteral PrinterName = "print<inlinerecursion>";
+constexpr StringLiteral PromotionName = "inlinerecursion-promotion";
+constexpr StringLiteral ProtectionName = "inlinerecursion-protect";
+constexpr StringLiteral RequestsName = "inlinerecursion-requests";
+constexpr StringLiteral RingInliningName = "inlinerecursion-ring-inlining";
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_IR_NAMES_H

@@ -1,0 +1,61 @@
+//===- Printer.cpp - What the pass would decide ---------------------------===//
+
+#include "plugin/literal/Printer.h"
+#include "plugin/ir/SingleRun.h"
+#include "plugin/literal/ObservedRun.h"
+#include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Passes/PassBuilder.h"
+#include "llvm/Support/Debug.h"
+#include "llvm/Transforms/Utils/Cloning.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+static void printDecision(Function &F,
+                          InlineRecursion::InlineRecursionCosting *Costing,
+                          const Verdict &V) {
+  raw_ostream &OS = dbgs();
+  if (Costing) {
+    Costing->printFunctionParameters();
+    const auto *Depth =
+        cast_or_null<SCEVConstant>(Costing->estimateRecursionDepth());
+    OS << "   EstimatedDepth: ";
+    if (Depth)
+      OS << Depth->getAPInt() << "\n";
+    else
+      OS << "unknown\n";
+    OS << "   ExternalCallSites: "
+       << Costing->NumOfCandidateFunCallSiteInMod -
+              Costing->NumOfCandidateFunCallSite.lookup(&F)
+       << "\n   Benefit: ";
+    if (auto Estimate = Costing->estimateInlineBenefit())
+      OS << Estimate->Benefit << ", limit " << Estimate->Limit << "\n";
+    else
+      OS << "not estimated\n";
+  } else {
+    OS << "InlineRecursion: Function " << F.getName() << " not costed\n";
+  }
+  OS << "   Decision: " << (V.Accepted ? "" : "not chained, ") << V.str()
+     << "\n";
+}
+
+PreservedAnalyses PrinterPass::run(Module &M, ModuleAnalysisManager &) {
+  std::unique_ptr<Module> Copy = CloneModule(M);
+
+  LoopAnalysisManager LAM;
+  FunctionAnalysisManager FAM;
+  CGSCCAnalysisManager CGAM;
+  ModuleAnalysisManager MAM;
+  PassBuilder PB;
+  PB.registerModuleAnalyses(MAM);
+  PB.registerCGSCCAnalyses(CGAM);
+  PB.registerFunctionAnalyses(FAM);
+  PB.registerLoopAnalyses(LAM);
+  PB.crossRegisterProxies(LAM, FAM, CGAM, MAM);
+
+  SingleRun Alone;
+  runObserved(*Copy, FAM, Level, printDecision);
+  return PreservedAnalyses::all();
+}

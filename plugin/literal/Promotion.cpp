@@ -1,0 +1,73 @@
+//===- Promotion.cpp - Arguments passed by reference ----------------------===//
+
+#include "plugin/literal/Promotion.h"
+#include "plugin/ir/Names.h"
+#include "plugin/tell/Verdict.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/Analysis/CGSCCPassManager.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Transforms/IPO/ArgumentPromotion.h"
+#include "llvm/Transforms/IPO/FunctionAttrs.h"
+#include "llvm/Transforms/Scalar/SROA.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+static bool mayBePromoted(const Function &F) {
+  // Copies are made of what was promoted.
+  return !F.isDeclaration() && F.hasLocalLinkage() && !hasCloneMark(F) &&
+         any_of(F.args(),
+                [](const Argument &A) { return A.getType()->isPointerTy(); }) &&
+         isDirectlyRecursive(F);
+}
+
+namespace {
+/// Runs passes on the components of the call graph that a function which may be
+/// promoted is in.  All others it leaves alone: that is nearly all of a module.
+class PromotablePass : public PassInfoMixin<PromotablePass> {
+public:
+  PreservedAnalyses run(LazyCallGraph::SCC &C, CGSCCAnalysisManager &CGAM,
+                        LazyCallGraph &CG, CGSCCUpdateResult &UR) {
+    if (none_of(C, [](LazyCallGraph::Node &N) {
+          return mayBePromoted(N.getFunction());
+        }))
+      return PreservedAnalyses::all();
+    CGSCCPassManager Promote;
+    Promote.addPass(PostOrderFunctionAttrsPass());
+    Promote.addPass(ArgumentPromotionPass());
+    return Promote.run(C, CGAM, CG, UR);
+  }
+  static StringRef name() { return "InlineRecursionPromotablePassAdaptor"; }
+};
+} // namespace
+
+PreservedAnalyses PromotionPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  SmallVector<std::pair<std::string, const FunctionType *>, 4> Promotable;
+  for (const Function &F : M)
+    if (mayBePromoted(F))
+      Promotable.emplace_back(F.getName().str(), F.getFunctionType());
+  if (Promotable.empty())
+    return PreservedAnalyses::all();
+
+  ModulePassManager Promote;
+  Promote.addPass(createModuleToPostOrderCGSCCPassAdaptor(PromotablePass()));
+  PreservedAnalyses PA = Promote.run(M, MAM);
+
+  // Variables of those who call, and of the function itself, that were in
+  // memory only because their address was passed on.
+  SmallPtrSet<Function *, 8> Callers;
+  for (const auto &[Name, OldType] : Promotable) {
+    const Function *F = M.getFunction(Name);
+    if (!F || F->getFunctionType() == OldType)
+      continue;
+    for (const User *U : F->users())
+      if (const auto *Call = dyn_cast<CallBase>(U))
+        Callers.insert(const_cast<Function *>(Call->getFunction()));
+  }
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  for (Function *Caller : Callers)
+    FAM.invalidate(*Caller, SROAPass(SROAOptions::ModifyCFG).run(*Caller, FAM));
+  return PA;
+}

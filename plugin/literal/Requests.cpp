@@ -1,0 +1,189 @@
+//===- Requests.cpp - Who asks for a ring ---------------------------------===//
+
+#include "plugin/literal/Requests.h"
+#include "host/FunctionSpecializeAction.h"
+#include "host/InliningPlan.h"
+#include "pass/InlineRecursion.h"
+#include "plugin/ir/Driver.h"
+#include "plugin/ir/Names.h"
+#include "plugin/ir/PassOption.h"
+#include "plugin/ir/SingleRun.h"
+#include "plugin/legality/Protection.h"
+#include "plugin/literal/RingAlignment.h"
+#include "plugin/recursion/EqualCalls.h"
+#include "plugin/recursion/SelfCalls.h"
+#include "plugin/tell/Remarks.h"
+#include "plugin/tell/Verdict.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/IR/Constants.h"
+#include "llvm/IR/Dominators.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Support/CommandLine.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+static cl::opt<bool> FindRequestsOption(
+    "inlinerecursion-find-requests", cl::init(true), cl::Hidden,
+    cl::desc("Build rings of copies also for recursive functions that do not "
+             "ask for it but would be accepted"));
+
+/// Without constants, the ring of a function with more self calls than this is
+/// slower than the function, unless each copy stands for a remainder.
+static constexpr unsigned MaxSelfCallsOfOpenRing = 2;
+
+/// The copies of a function that did not ask for them are not to be larger than
+/// this (instructions).  A puzzle of 69, with eight of them, gains a third.
+static constexpr uint64_t MaxUnaskedSize = 900;
+
+bool llvm::inlinerecursion::isFindingRequestsEnabled() {
+  return FindRequestsOption;
+}
+
+/// The text of the annotation string that \p C points to; empty if it is
+/// something else.
+static StringRef getAnnotationText(const Constant *C) {
+  const auto *String = dyn_cast<GlobalVariable>(C->stripPointerCasts());
+  if (!String || !String->hasInitializer())
+    return {};
+  const auto *Text = dyn_cast<ConstantDataArray>(String->getInitializer());
+  return Text && Text->isCString() ? Text->getAsCString() : StringRef();
+}
+
+/// Follows the annotations that clang records, { value, text, file, line, ... }
+/// each.
+static void markAnnotated(Module &M) {
+  const GlobalVariable *Annotations =
+      M.getGlobalVariable("llvm.global.annotations");
+  if (!Annotations || !Annotations->hasInitializer())
+    return;
+  const auto *Entries = dyn_cast<ConstantArray>(Annotations->getInitializer());
+  if (!Entries)
+    return;
+
+  for (const Use &Operand : Entries->operands()) {
+    const auto *Entry = dyn_cast<ConstantStruct>(Operand);
+    if (!Entry || Entry->getNumOperands() < 2 ||
+        getAnnotationText(Entry->getOperand(1)) != Request)
+      continue;
+    auto *F = dyn_cast<Function>(Entry->getOperand(0)->stripPointerCasts());
+    if (F)
+      F->addFnAttr(Request);
+  }
+}
+
+/// Would the ring be entered with a constant anywhere?
+static bool hasConstantEntry(const Function &F) {
+  return any_of(F.users(), [&F](const User *U) {
+    const auto *Call = dyn_cast<CallInst>(U);
+    return Call && Call->getCalledFunction() == &F &&
+           Call->getFunction() != &F &&
+           any_of(Call->args(), [](const Use &Arg) {
+             return isa<Constant>(Arg) && !isa<UndefValue>(Arg);
+           });
+  });
+}
+
+/// Where a loop of few trips stands around a self call, the loop is worth more
+/// unrolled: a knight's tour takes 1.3 times plain clang's time as a ring, and
+/// 0.85 of it as what the automatic policy makes of it.
+static bool isCalledInShortLoop(Function &F, FunctionAnalysisManager &FAM) {
+  const auto &LI = FAM.getResult<LoopAnalysis>(F);
+  auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
+  return any_of(findSelfCalls(F), [&](const CallBase *Call) {
+    return isInShortLoop(*Call, LI, SE);
+  });
+}
+
+/// Would each copy in a ring of \p F stand for a remainder of its own?
+static bool wouldBeAligned(Function &F) {
+  return findAlignment(F, &F, getPassOption(LongestRingOption)).has_value();
+}
+
+/// With several self calls, copies that know nothing do not pay: a puzzle
+/// gained a tenth at one start and lost a seventh at another.  And merging
+/// calls pays more than knowing a remainder.
+static bool profitsAsTree(Function &F, FunctionAnalysisManager &FAM) {
+  return wouldBeAligned(F) && !hasEqualCalls(F, findSelfCalls(F), FAM);
+}
+
+/// Asks the gate itself about every directly recursive function.
+static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
+  SingleRun Alone;
+  Driver Gate(FAM, /*Level=*/0, getPassOption(LongestRingOption));
+  for (Function &F : M) {
+    if (!Gate.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
+        !isDirectlyRecursive(F) || findWish(F))
+      continue;
+    if (isCalledInShortLoop(F, FAM) ||
+        (findSelfCalls(F).size() > 1 && !profitsAsTree(F, FAM)))
+      continue;
+    F.addFnAttr(Request, FoundRequest);
+    if (!Gate.isSpecializeAllowed(&F)) {
+      F.removeFnAttr(Request);
+      continue;
+    }
+    // The gate marks what it accepts; that is for the pass to say.
+    F.removeFnAttr(EligibleMark);
+    if (getPassOption(DepthOption) * getCodeSize(F) > MaxUnaskedSize)
+      F.removeFnAttr(Request);
+  }
+}
+
+/// Why a ring of \p F, which requests one, is not built; none if it is.
+static std::optional<Verdict> judgeRequest(Function &F,
+                                           FunctionAnalysisManager &FAM) {
+  const SmallVector<CallBase *, 4> SelfCalls = findSelfCalls(F);
+  if (any_of(SelfCalls,
+             [](const CallBase *Call) { return isAccumulating(*Call); })) {
+    Verdict V(false, "AccumulatingRecursion");
+    V << "request withdrawn, without a ring the recursion becomes a loop that "
+         "needs no stack";
+    return V;
+  }
+  if (wouldBeAligned(F))
+    return std::nullopt;
+  if (isCalledInShortLoop(F, FAM)) {
+    Verdict V(false, "RequestInShortLoop");
+    V << "request withdrawn, the loop around its self call is worth more "
+         "unrolled";
+    return V;
+  }
+  if (SelfCalls.size() > MaxSelfCallsOfOpenRing && !hasConstantEntry(F)) {
+    Verdict V(false, "RequestWithdrawn");
+    V << "request withdrawn, it calls itself in "
+      << ore::NV("SelfCalls", unsigned(SelfCalls.size()))
+      << " places, more than " << ore::NV("Limit", MaxSelfCallsOfOpenRing)
+      << ", and no constant enters it from outside";
+    return V;
+  }
+  return std::nullopt;
+}
+
+static void withdrawRequests(Module &M, FunctionAnalysisManager &FAM) {
+  for (Function &F : M) {
+    // Copies carry the request that they were built for.
+    if (!F.hasFnAttribute(Request) || F.isDeclaration() || hasCloneMark(F))
+      continue;
+    std::optional<Verdict> V = judgeRequest(F, FAM);
+    if (!V)
+      continue;
+    F.removeFnAttr(Request);
+    if (areRemarksEnabled(M))
+      emitRemark(F, *V);
+  }
+}
+
+PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  markAnnotated(M);
+  if (FindRequests)
+    markAcceptable(M, FAM);
+  withdrawRequests(M, FAM);
+  // No analysis reads these attributes.
+  return PreservedAnalyses::all();
+}

@@ -1,0 +1,289 @@
+//===- RingAlignment.cpp - A copy for each remainder ----------------------===//
+
+#include "plugin/literal/RingAlignment.h"
+#include "plugin/ir/CloneChain.h"
+#include "plugin/ir/ForwardingCall.h"
+#include "plugin/ir/Names.h"
+#include "llvm/ADT/DenseMap.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/ValueTracking.h"
+#include "llvm/IR/IRBuilder.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/IR/PatternMatch.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using namespace llvm::PatternMatch;
+
+/// Wider steps are not steps from copy to copy.
+static constexpr unsigned MaxStepBits = 16;
+
+/// The plain calls in \p Caller of one of \p Callees.
+static SmallVector<CallInst *, 4> findPlainCalls(Function &Caller,
+                                                 ArrayRef<Function *> Callees) {
+  SmallVector<CallInst *, 4> Calls;
+  for (Instruction &I : instructions(Caller))
+    if (auto *Call = dyn_cast<CallInst>(&I))
+      if (is_contained(Callees, Call->getCalledFunction()))
+        Calls.push_back(Call);
+  return Calls;
+}
+
+/// The divisor of \p I, if that is a remainder of an argument by a constant in
+/// [2, \p Most]; 0 if not.
+static unsigned getDivisor(const Instruction &I, unsigned Most) {
+  if ((I.getOpcode() != Instruction::URem &&
+       I.getOpcode() != Instruction::SRem) ||
+      !isa<Argument>(I.getOperand(0)))
+    return 0;
+  const auto *Divisor = dyn_cast<ConstantInt>(I.getOperand(1));
+  if (!Divisor || !Divisor->getValue().isStrictlyPositive())
+    return 0;
+  const uint64_t Value = Divisor->getLimitedValue();
+  return Value >= 2 && Value <= Most ? Value : 0;
+}
+
+/// By how much the argument \p A of its function is changed where \p Call hands
+/// it on; none if by no constant, or if that may overflow and \p MayWrap is not
+/// set.
+static std::optional<int> getStep(const CallInst &Call, const Argument &A,
+                                  bool MayWrap) {
+  const Value *Next = Call.getArgOperand(A.getArgNo());
+  if (Next == &A)
+    return 0;
+  const APInt *Constant;
+  const bool IsSubtracted =
+      match(Next, m_Sub(m_Specific(&A), m_APInt(Constant)));
+  if (!IsSubtracted && !match(Next, m_Add(m_Specific(&A), m_APInt(Constant))))
+    return std::nullopt;
+  if (Constant->getSignificantBits() > MaxStepBits)
+    return std::nullopt;
+  const int Value = Constant->getSExtValue();
+  const int Step = IsSubtracted ? -Value : Value;
+  // Downwards, what is not negative does not overflow.
+  if (Step > 0 && !MayWrap &&
+      !cast<OverflowingBinaryOperator>(Next)->hasNoSignedWrap())
+    return std::nullopt;
+  return Step;
+}
+
+std::optional<RingAlignment>
+llvm::inlinerecursion::findAlignment(Function &F, ArrayRef<Function *> Links,
+                                     unsigned Count) {
+  // The caller's object, not a value that can be handed on.
+  if (F.isVarArg() || any_of(F.args(), [](const Argument &A) {
+        return A.hasPassPointeeByValueCopyAttr();
+      }))
+    return std::nullopt;
+
+  // The largest divisor; others may divide it.
+  const Instruction *Remainder = nullptr;
+  unsigned Divisor = 0;
+  for (const Instruction &I : F.getEntryBlock())
+    if (const unsigned Found = getDivisor(I, Count); Found > Divisor) {
+      Remainder = &I;
+      Divisor = Found;
+    }
+  if (!Remainder)
+    return std::nullopt;
+
+  const auto &A = *cast<Argument>(Remainder->getOperand(0));
+  const bool MayWrap =
+      Remainder->getOpcode() == Instruction::URem && isPowerOf2_32(Divisor);
+  unsigned Down = 0, Up = 0;
+  for (const CallInst *Call : findPlainCalls(F, Links)) {
+    const auto Step = getStep(*Call, A, MayWrap);
+    if (!Step)
+      return std::nullopt;
+    Down += *Step < 0;
+    Up += *Step > 0;
+  }
+  return RingAlignment{A.getArgNo(), Divisor, Down > Up, MayWrap};
+}
+
+/// Is \p Copy, instruction by instruction, what \p F is?  Both may call any of
+/// \p Links where they call themselves.
+static bool isCopyOf(const Function &Copy, const Function &F,
+                     ArrayRef<Function *> Links) {
+  if (Copy.getFunctionType() != F.getFunctionType() || Copy.size() != F.size())
+    return false;
+  DenseMap<const Value *, const Value *> Twins;
+  SmallVector<std::pair<const Instruction *, const Instruction *>, 64> Pairs;
+  for (auto [Ours, Theirs] : zip(Copy.args(), F.args()))
+    Twins[&Ours] = &Theirs;
+  for (auto [Ours, Theirs] : zip(Copy, F)) {
+    if (Ours.sizeWithoutDebug() != Theirs.sizeWithoutDebug())
+      return false;
+    Twins[&Ours] = &Theirs;
+    for (auto [I, J] : zip(Ours.instructionsWithoutDebug(),
+                           Theirs.instructionsWithoutDebug())) {
+      Twins[&I] = &J;
+      Pairs.push_back({&I, &J});
+    }
+  }
+
+  auto AreTwins = [&](const Value *V, const Value *W) {
+    if (const Value *Twin = Twins.lookup(V))
+      return Twin == W;
+    return V == W || (is_contained(Links, V) && is_contained(Links, W));
+  };
+  // The pass has made those of the copy anew, without their attributes.
+  auto IsLink = [&Links](const Instruction *I) {
+    const auto *Call = dyn_cast<CallInst>(I);
+    return Call && is_contained(Links, Call->getCalledFunction());
+  };
+  return all_of(Pairs, [&](const auto &Pair) {
+    const auto [I, J] = Pair;
+    const bool IsSame =
+        (IsLink(I) && IsLink(J)) ||
+        (I->isSameOperationAs(J) && I->hasSameSubclassOptionalData(J));
+    if (!IsSame ||
+        !all_of_zip(I->operand_values(), J->operand_values(), AreTwins))
+      return false;
+    const auto *Phi = dyn_cast<PHINode>(I);
+    return !Phi ||
+           all_of_zip(Phi->blocks(), cast<PHINode>(J)->blocks(), AreTwins);
+  });
+}
+
+std::optional<RingAlignment>
+llvm::inlinerecursion::findAlignment(const CloneChain &Ring) {
+  // Named like copies of the origin, which a linker may see to, but no such.
+  SmallVector<Function *, 8> Links = Ring.Copies;
+  Links.push_back(Ring.Origin);
+  if (!all_of(Ring.Copies, [&](const Function *Copy) {
+        return isCopyOf(*Copy, *Ring.Origin, Links);
+      }))
+    return std::nullopt;
+  // What nobody enters is to go away.
+  auto IsEntry = [&Ring](const User *U) {
+    const auto *Call = dyn_cast<CallInst>(U);
+    return Call && !is_contained(Ring.Copies, Call->getFunction());
+  };
+  if (none_of(Ring.Copies, [&IsEntry](const Function *Copy) {
+        return any_of(Copy->users(), IsEntry);
+      }))
+    return std::nullopt;
+
+  const auto Alignment =
+      findAlignment(*Ring.Copies.front(), Ring.Copies, Ring.Copies.size());
+  if (!all_of(Ring.Copies, [&](Function *Copy) {
+        return findAlignment(*Copy, Ring.Copies, Ring.Copies.size()) ==
+               Alignment;
+      }))
+    return std::nullopt;
+  return Alignment;
+}
+
+/// Lets \p Copy, which stands for \p Remainder, know it.
+static void fixRemainder(Function &Copy, const RingAlignment &Alignment,
+                         unsigned Remainder) {
+  Argument &A = *Copy.getArg(Alignment.ArgNo);
+  for (User *U : make_early_inc_range(A.users())) {
+    auto *I = cast<Instruction>(U);
+    const unsigned Divisor = getDivisor(*I, Alignment.Divisor);
+    if (Divisor == 0 || Alignment.Divisor % Divisor != 0)
+      continue;
+    // Of what may be negative, the other remainder is another one.
+    if (Alignment.MayWrap && I->getOpcode() != Instruction::URem)
+      continue;
+    I->replaceAllUsesWith(ConstantInt::get(I->getType(), Remainder % Divisor));
+    I->eraseFromParent();
+  }
+}
+
+void llvm::inlinerecursion::alignRing(CloneChain &Ring,
+                                      const RingAlignment &Alignment) {
+  const int Divisor = Alignment.Divisor;
+  const SmallVector<Function *, 8> Surplus(Ring.Copies.begin() + Divisor,
+                                           Ring.Copies.end());
+  auto &Copies = Ring.Copies;
+  for (int K = 0; K != Divisor; ++K) {
+    const Argument &A = *Copies[K]->getArg(Alignment.ArgNo);
+    const int Remainder = Alignment.getRemainder(K);
+    for (CallInst *Call : findPlainCalls(*Copies[K], Copies)) {
+      const int Next =
+          (Remainder + *getStep(*Call, A, Alignment.MayWrap)) % Divisor;
+      Call->setCalledFunction(
+          Copies[Alignment.getCopy(Next < 0 ? Next + Divisor : Next)]);
+    }
+    fixRemainder(*Copies[K], Alignment, Remainder);
+  }
+
+  Copies.truncate(Divisor);
+  auto IsFromOutside = [&Copies](const CallBase &Call) {
+    return !is_contained(Copies, Call.getFunction());
+  };
+  for (Function *Copy : concat<Function *const>(Copies, Surplus))
+    redirectCalls(*Copy, *Ring.Origin, IsFromOutside);
+  for (Function *Copy : Surplus)
+    if (Copy->use_empty())
+      Copy->eraseFromParent();
+}
+
+/// Calls \p Target with the arguments of \p Entry, and returns what it does.
+static BasicBlock &createCase(Function &Entry, Function &Target) {
+  BasicBlock &Block = createForwardingCall(Entry, Target);
+  // The origin need not be a copy, whose calls are completed later.
+  AttributeList Attributes = Target.getAttributes();
+  cast<CallInst>(Block.front())
+      .setAttributes(Attributes.removeFnAttributes(Entry.getContext()));
+  return Block;
+}
+
+/// A function that enters the copies of \p Ring that are not inlined, where
+/// their remainder is given, and the function that it is made of otherwise.
+static Function &createEntry(const CloneChain &Ring,
+                             const RingAlignment &Alignment) {
+  Function &F = *Ring.Origin;
+  LLVMContext &Context = F.getContext();
+  Function &Entry = *Function::Create(
+      F.getFunctionType(), GlobalValue::InternalLinkage, F.getAddressSpace(),
+      F.getName() + EntrySuffix, F.getParent());
+  Entry.copyAttributesFrom(&F);
+  // Not as visible as the function.
+  Entry.setLinkage(GlobalValue::InternalLinkage);
+  Entry.removeFnAttr(Attribute::NoInline);
+  Entry.addFnAttr(Attribute::AlwaysInline);
+
+  IRBuilder<> Builder(BasicBlock::Create(Context, "", &Entry));
+  Value *A = Entry.getArg(Alignment.ArgNo);
+  if (!isGuaranteedNotToBeUndefOrPoison(A))
+    A = Builder.CreateFreeze(A);
+  BasicBlock &Otherwise = createCase(Entry, F);
+  if (!Alignment.MayWrap) {
+    auto *Test = BasicBlock::Create(Context, "", &Entry, &Otherwise);
+    Builder.CreateCondBr(
+        Builder.CreateICmpSGE(A, ConstantInt::get(A->getType(), 0)), Test,
+        &Otherwise);
+    Builder.SetInsertPoint(Test);
+  }
+  Value *Remainder =
+      Builder.CreateURem(A, ConstantInt::get(A->getType(), Alignment.Divisor));
+  SwitchInst *Switch = Builder.CreateSwitch(Remainder, &Otherwise);
+  for (auto [K, Copy] : enumerate(Ring.Copies))
+    if (!Copy->hasFnAttribute(Attribute::AlwaysInline))
+      Switch->addCase(cast<ConstantInt>(ConstantInt::get(
+                          A->getType(), Alignment.getRemainder(K))),
+                      &createCase(Entry, *Copy));
+  return Entry;
+}
+
+void llvm::inlinerecursion::enterAlignedRing(const CloneChain &Ring,
+                                             const RingAlignment &Alignment) {
+  Function &Entry = createEntry(Ring, Alignment);
+  redirectCalls(*Ring.Origin, Entry, [&Entry](const CallBase &Call) {
+    return Call.getFunction() != &Entry;
+  });
+  if (Alignment.MayWrap)
+    return;
+  for (auto [K, Copy] : enumerate(Ring.Copies)) {
+    const Argument &A = *Copy->getArg(Alignment.ArgNo);
+    const int Remainder = Alignment.getRemainder(K);
+    for (CallInst *Call : findPlainCalls(*Copy, Ring.Copies))
+      if (Remainder + *getStep(*Call, A, /*MayWrap=*/false) < 0)
+        Call->setCalledFunction(&Entry);
+  }
+}

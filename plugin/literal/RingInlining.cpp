@@ -1,0 +1,109 @@
+//===- RingInlining.cpp - How much of a ring is inlined -------------------===//
+
+#include "plugin/literal/RingInlining.h"
+#include "host/InliningPlan.h"
+#include "plugin/ir/CloneChain.h"
+#include "plugin/ir/Names.h"
+#include "plugin/literal/RingAlignment.h"
+#include "plugin/recursion/SelfCalls.h"
+#include "plugin/tell/Remarks.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/IR/InstIterator.h"
+#include "llvm/IR/Instructions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Support/CommandLine.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using ore::NV;
+
+static cl::opt<unsigned> SizeOneSelfCall(
+    "inlinerecursion-ring-size-one-call", cl::init(1500), cl::Hidden,
+    cl::desc("Largest size at which a copy in a ring is inlined, where the "
+             "function has one self call (instructions)"));
+
+static cl::opt<unsigned> SizeSelfCalls(
+    "inlinerecursion-ring-size-calls", cl::init(300), cl::Hidden,
+    cl::desc("Largest size at which a copy in a ring is inlined, where the "
+             "function has several self calls (instructions)"));
+
+static cl::opt<unsigned> SizeUnrollableLoop(
+    "inlinerecursion-ring-size-loop", cl::init(100), cl::Hidden,
+    cl::desc("Largest size at which a copy in a ring is inlined, where a loop "
+             "of constant trip count stands around a self call "
+             "(instructions)"));
+
+static cl::opt<unsigned> MaxGrowth(
+    "inlinerecursion-ring-growth", cl::init(10000), cl::Hidden,
+    cl::desc("Most code that inlining copies of rings adds to a module "
+             "(instructions)"));
+
+/// Was \p Ring granted by the pass?  Rings of the automatic policy have their
+/// test in front of the calls, so that their copies are no copies any more.
+static bool isGranted(const CloneChain &Ring) {
+  return all_of(Ring.Copies, [](const Function *Copy) {
+    return Copy->hasFnAttribute(EligibleMark);
+  });
+}
+
+/// Has this pass seen \p Ring before, in an earlier run or before linking?
+/// Copies that are aligned do different things, and the linker renames: then
+/// neither the copies nor the origin are what their names say.
+static bool isPlanned(const CloneChain &Ring) {
+  return any_of(Ring.Copies, [](const Function *Copy) {
+    return Copy->hasFnAttribute(PlannedMark);
+  });
+}
+
+/// How large a copy of \p Ring may be that is inlined.
+static unsigned getSizeLimit(const CloneChain &Ring,
+                             FunctionAnalysisManager &FAM) {
+  Function &Copy = *Ring.Copies.front();
+  const auto &LI = FAM.getResult<LoopAnalysis>(Copy);
+  auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(Copy);
+  unsigned SelfCalls = 0;
+  for (Instruction &I : instructions(Copy)) {
+    auto *Call = dyn_cast<CallInst>(&I);
+    if (!Call || !is_contained(Ring.Copies, Call->getCalledFunction()))
+      continue;
+    ++SelfCalls;
+    if (isInShortLoop(*Call, LI, SE))
+      return SizeUnrollableLoop;
+  }
+  return SelfCalls == 1 ? SizeOneSelfCall : SizeSelfCalls;
+}
+
+PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  if (M.empty())
+    return PreservedAnalyses::all();
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  unsigned GrowthLeft = MaxGrowth;
+  bool Changed = false;
+  for (CloneChain &Chain : findChains(M, &*M.begin())) {
+    if (!Chain.isRing())
+      continue;
+    const unsigned SizeLimit = getSizeLimit(Chain, FAM);
+    std::optional<RingAlignment> Alignment;
+    if (isGranted(Chain) && !isPlanned(Chain))
+      Alignment = findAlignment(Chain);
+    if (Alignment)
+      alignRing(Chain, *Alignment);
+    planInlining(Chain.Copies, SizeLimit, GrowthLeft);
+    if (isGranted(Chain))
+      for (Function *Copy : Chain.Copies)
+        Copy->addFnAttr(PlannedMark);
+    if (!Alignment)
+      continue;
+    enterAlignedRing(Chain, *Alignment);
+    if (areRemarksEnabled(M))
+      emitRemark(*Chain.Origin, Verdict(true, "RingAligned")
+                                    << NV("Shape", "ring") << " of "
+                                    << NV("Copies", Alignment->Divisor)
+                                    << " copies, one for each remainder");
+    Changed = true;
+  }
+  return Changed ? PreservedAnalyses::none() : PreservedAnalyses::all();
+}

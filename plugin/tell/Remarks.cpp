@@ -1,0 +1,64 @@
+//===- Remarks.cpp - What was decided, told to the user -------------------===//
+
+#include "plugin/tell/Remarks.h"
+#include "plugin/ir/Names.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/Module.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+// What -Rpass=, -Rpass-missed= and the like match.
+static const char *const RemarkPassName = PassName.data();
+
+bool llvm::inlinerecursion::areRemarksEnabled(const Module &M) {
+  return OptimizationRemarkEmitter::allowExtraAnalysis(M.getContext(),
+                                                       RemarkPassName);
+}
+
+void llvm::inlinerecursion::emitAnalysis(
+    InlineRecursion::InlineRecursionCosting &Costing) {
+  using ore::NV;
+  Function &F = *Costing.F;
+  OptimizationRemarkEmitter ORE(&F);
+  if (!ORE.allowExtraAnalysis(RemarkPassName))
+    return;
+  OptimizationRemarkAnalysis Remark(RemarkPassName, "Costing", &F);
+  Remark << "'" << NV("Callee", &F) << "' has "
+         << NV("Blocks", Costing.NumOfBlocks) << " blocks, "
+         << NV("Instructions", Costing.NumOfInsts) << " instructions, "
+         << NV("Branches", Costing.NumOfBranches) << " branches, "
+         << NV("Calls", Costing.NumOfFunctionCalls) << " calls, "
+         << NV("SelfCalls", Costing.NumOfRecursiveCalls) << " self calls, "
+         << NV("CallSites", Costing.NumOfCandidateFunCallSiteInMod)
+         << " call sites in the module";
+  if (const auto *Depth =
+          cast_or_null<SCEVConstant>(Costing.estimateRecursionDepth()))
+    Remark << ", recursion depth "
+           << NV("Depth", unsigned(Depth->getAPInt().getZExtValue()));
+  if (const auto Estimate = Costing.estimateInlineBenefit())
+    Remark << ", benefit " << NV("Benefit", unsigned(Estimate->Benefit))
+           << " against " << NV("Limit", Estimate->Limit);
+  ORE.emit(Remark);
+}
+
+template <typename RemarkT>
+static RemarkT buildRemark(Function &F, const Verdict &V, StringRef Outcome) {
+  RemarkT Remark(RemarkPassName, V.Name, &F);
+  Remark << "'" << ore::NV("Callee", &F) << "' " << Outcome;
+  for (const Verdict::Argument &Piece : V.Message)
+    Remark << Piece;
+  return Remark;
+}
+
+void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V) {
+  OptimizationRemarkEmitter ORE(&F);
+  if (V.Accepted) {
+    auto Remark = buildRemark<OptimizationRemark>(F, V, "rebuilt as a ");
+    ORE.emit(Remark);
+  } else {
+    auto Remark = buildRemark<OptimizationRemarkMissed>(F, V, "not chained: ");
+    ORE.emit(Remark);
+  }
+}

@@ -1,0 +1,31 @@
+//===- Remarks.h - What was decided, told to the user -----------*- C++ -*-===//
+//
+/// \file
+/// One remark for every directly recursive function, under the pass name
+/// "inlinerecursion": what -Rpass (accepted) and -Rpass-missed (refused) show,
+/// and what optimisation records contain.  -Rpass-analysis adds the counts of
+/// those that were costed.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_TELL_REMARKS_H
+#define INLINERECURSION_PLUGIN_TELL_REMARKS_H
+
+#include "plugin/tell/Verdict.h"
+
+namespace llvm {
+namespace inlinerecursion {
+
+/// Does anybody listen?  Nothing is worked out for remarks otherwise.
+bool areRemarksEnabled(const Module &M);
+
+/// Tells the counts that \p Costing is based on.
+void emitAnalysis(InlineRecursion::InlineRecursionCosting &Costing);
+
+/// Tells what was decided about \p F, at its location in the source.
+void emitRemark(Function &F, const Verdict &V);
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_TELL_REMARKS_H
