@@ -12,6 +12,7 @@
 #define INLINERECURSION_HOST_DIRECTCALLS_H
 
 #include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/ADT/SmallVector.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
@@ -33,17 +34,36 @@ SmallVector<CallT *, 8> findCallsOf(const Function &F) {
   return Calls;
 }
 
-/// The direct calls in \p Caller for whose callee \p IsWanted(const Function &)
+/// Is there a direct call of \p F for which \p Wanted(const CallT &) holds?
+template <typename CallT = CallInst, typename PredicateT>
+bool anyCallOf(const Function &F, PredicateT Wanted) {
+  return any_of(F.users(), [&](const User *U) {
+    const auto *Call = dyn_cast<CallT>(U);
+    return Call && Call->getCalledFunction() == &F && Wanted(*Call);
+  });
+}
+
+/// The direct calls in \p Caller for whose callee \p IsWanted(Function &)
 /// holds, in the order of the body.
 template <typename CallT = CallInst, typename PredicateT>
 SmallVector<CallT *, 4> findCallsIn(Function &Caller, PredicateT IsWanted) {
   SmallVector<CallT *, 4> Calls;
   for (Instruction &I : instructions(Caller))
     if (auto *Call = dyn_cast<CallT>(&I))
-      if (const Function *Callee = Call->getCalledFunction())
+      if (Function *Callee = Call->getCalledFunction())
         if (IsWanted(*Callee))
           Calls.push_back(Call);
   return Calls;
+}
+
+/// The functions with a call that \p F is an operand of: those who call it, and
+/// those who hand it on.
+inline SmallPtrSet<Function *, 8> findCallers(const Function &F) {
+  SmallPtrSet<Function *, 8> Callers;
+  for (const User *U : F.users())
+    if (const auto *Call = dyn_cast<CallBase>(U))
+      Callers.insert(const_cast<Function *>(Call->getFunction()));
+  return Callers;
 }
 
 /// Does \p Call stand in its own callee?

@@ -1,6 +1,8 @@
 //===- FunctionSpecializeAction.cpp - Constants around a ring -------------===//
 
 #include "FunctionSpecializeAction.h"
+#include "BodyComparison.h"
+#include "DirectCalls.h"
 #include "InliningPlan.h"
 #include "Names.h"
 #include "llvm/ADT/DenseMap.h"
@@ -58,19 +60,6 @@ static bool isCopy(const Function &F, bool OnlyEligible) {
          (!OnlyEligible || F.hasFnAttribute(EligibleMark));
 }
 
-/// The plain direct calls of \p Caller for which \p Wanted holds of the callee.
-template <typename PredicateT>
-static SmallVector<CallInst *, 4> findCalls(Function &Caller,
-                                            PredicateT Wanted) {
-  SmallVector<CallInst *, 4> Calls;
-  for (Instruction &I : instructions(Caller))
-    if (auto *Call = dyn_cast<CallInst>(&I))
-      if (Function *Callee = Call->getCalledFunction())
-        if (Wanted(*Callee))
-          Calls.push_back(Call);
-  return Calls;
-}
-
 /// Everything of copies that \p Entry leads to and that leads back to it; empty
 /// if it does not stand in a ring.
 static Ring findRing(Function *Entry, bool OnlyEligible) {
@@ -82,7 +71,7 @@ static Ring findRing(Function *Entry, bool OnlyEligible) {
   Reached.insert(Entry);
   bool LeadsBack = false;
   for (unsigned Next = 0; Next != Reached.size(); ++Next)
-    for (CallInst *Call : findCalls(*Reached[Next], IsCopy)) {
+    for (CallInst *Call : findCallsIn(*Reached[Next], IsCopy)) {
       Reached.insert(Call->getCalledFunction());
       LeadsBack |= Call->getCalledFunction() == Entry;
     }
@@ -95,113 +84,11 @@ static Ring findRing(Function *Entry, bool OnlyEligible) {
   for (unsigned Next = 0; Next != Members.size(); ++Next) {
     // Inserting may move the elements, not the function.
     Function *Member = Members[Next];
-    for (User *U : Member->users()) {
-      auto *Call = dyn_cast<CallInst>(U);
-      if (Call && Call->getCalledFunction() == Member &&
-          Reached.contains(Call->getFunction()))
+    for (CallInst *Call : findCallsOf(*Member))
+      if (Reached.contains(Call->getFunction()))
         Members.insert(Call->getFunction());
-    }
   }
   return Members;
-}
-
-/// What a function promises and how it is called, but for its inlining.
-static AttributeList getInterface(const Function &F) {
-  AttributeMask Inlining;
-  Inlining.addAttribute(Attribute::AlwaysInline);
-  Inlining.addAttribute(Attribute::NoInline);
-  return F.getAttributes().removeFnAttributes(F.getContext(), Inlining);
-}
-
-static bool hasSameInterface(const Function &A, const Function &B) {
-  return A.getFunctionType() == B.getFunctionType() &&
-         A.getCallingConv() == B.getCallingConv() &&
-         getInterface(A) == getInterface(B) && A.hasGC() == B.hasGC() &&
-         (!A.hasGC() || A.getGC() == B.getGC()) &&
-         A.hasPersonalityFn() == B.hasPersonalityFn() &&
-         (!A.hasPersonalityFn() ||
-          A.getPersonalityFn() == B.getPersonalityFn());
-}
-
-/// What \p Loop, the metadata of a loop, says about it.  The first operand is
-/// the node itself, and with debug information there are the places where the
-/// loop begins and ends, which cloning maps to those of the copy.
-static SmallVector<Metadata *, 4> getLoopProperties(const MDNode &Loop) {
-  SmallVector<Metadata *, 4> Properties;
-  for (Metadata *Property : drop_begin(Loop.operands()))
-    if (!isa_and_nonnull<DILocation>(Property))
-      Properties.push_back(Property);
-  return Properties;
-}
-
-static bool hasSameMetadata(const Instruction &A, const Instruction &B) {
-  SmallVector<std::pair<unsigned, MDNode *>, 4> OfA, OfB;
-  A.getAllMetadataOtherThanDebugLoc(OfA);
-  B.getAllMetadataOtherThanDebugLoc(OfB);
-  auto IsSame = [](const auto &EntryA, const auto &EntryB) {
-    return EntryA == EntryB || (EntryA.first == LLVMContext::MD_loop &&
-                                EntryB.first == LLVMContext::MD_loop &&
-                                getLoopProperties(*EntryA.second) ==
-                                    getLoopProperties(*EntryB.second));
-  };
-  return std::equal(OfA.begin(), OfA.end(), OfB.begin(), OfB.end(), IsSame);
-}
-
-/// The instructions of \p F, debug information left out: it must not change the
-/// code.
-static SmallVector<const Instruction *, 0> getInstructions(const Function &F) {
-  SmallVector<const Instruction *, 0> Instructions;
-  for (const BasicBlock &BB : F)
-    for (const Instruction &I : BB.instructionsWithoutDebug())
-      Instructions.push_back(&I);
-  return Instructions;
-}
-
-/// Are \p A and \p B the same instructions on the same operands, but for which
-/// one of \p Alike a call calls?
-static bool isSameBody(const Function &A, const Function &B,
-                       const Ring &Alike) {
-  const auto InstsOfA = getInstructions(A), InstsOfB = getInstructions(B);
-  if (!hasSameInterface(A, B) || A.size() != B.size() ||
-      InstsOfA.size() != InstsOfB.size())
-    return false;
-
-  DenseMap<const Value *, const Value *> Counterpart;
-  for (auto [ArgA, ArgB] : zip(A.args(), B.args()))
-    Counterpart[&ArgA] = &ArgB;
-  for (auto [BlockA, BlockB] : zip(A, B))
-    Counterpart[&BlockA] = &BlockB;
-  for (auto [InstA, InstB] : zip(InstsOfA, InstsOfB))
-    Counterpart[InstA] = InstB;
-  auto IsSameValue = [&](const Value *ValueA, const Value *ValueB) {
-    auto It = Counterpart.find(ValueA);
-    return (It != Counterpart.end() ? It->second : ValueA) == ValueB;
-  };
-
-  for (auto [InstA, InstB] : zip(InstsOfA, InstsOfB)) {
-    if (!IsSameValue(InstA->getParent(), InstB->getParent()) ||
-        !InstA->isSameOperationAs(InstB) ||
-        !InstA->hasSameSubclassOptionalData(InstB) ||
-        !hasSameMetadata(*InstA, *InstB))
-      return false;
-    const auto *CallA = dyn_cast<CallInst>(InstA);
-    for (auto [UseA, UseB] : zip(InstA->operands(), InstB->operands())) {
-      if (IsSameValue(UseA, UseB))
-        continue;
-      auto *CalleeA = dyn_cast<Function>(UseA);
-      auto *CalleeB = dyn_cast<Function>(UseB);
-      if (!CallA || !CallA->isCallee(&UseA) || !CalleeA || !CalleeB ||
-          !Alike.contains(const_cast<Function *>(CalleeA)) ||
-          !Alike.contains(const_cast<Function *>(CalleeB)))
-        return false;
-    }
-    if (const auto *PhiA = dyn_cast<PHINode>(InstA))
-      for (auto [InA, InB] :
-           zip(PhiA->blocks(), cast<PHINode>(InstB)->blocks()))
-        if (!IsSameValue(InA, InB))
-          return false;
-  }
-  return true;
 }
 
 /// Those of \p Members that compute the same as \p Pattern.  Two rings whose
@@ -211,8 +98,11 @@ static Ring findAlike(Ring Members, Function *Pattern) {
   // whole and take away until nothing changes.
   while (true) {
     Ring Alike;
+    auto IsAlike = [&Members](const Function &F) {
+      return Members.contains(const_cast<Function *>(&F));
+    };
     for (Function *Member : Members)
-      if (isSameBody(*Pattern, *Member, Members))
+      if (haveSameBody(*Pattern, *Member, IsAlike, BodyComparison::Exact))
         Alike.insert(Member);
     if (Alike.size() == Members.size())
       return Alike;
@@ -274,13 +164,10 @@ FunctionSpecializeAction::selectCI(Module &M, bool OnlyEligible) {
     const Ring Members = findRing(&F, OnlyEligible);
     if (Members.empty())
       continue;
-    for (User *U : F.users()) {
-      auto *Call = dyn_cast<CallInst>(U);
-      if (Call && Call->getCalledFunction() == &F &&
-          !Members.contains(Call->getFunction()) &&
+    for (CallInst *Call : findCallsOf(F))
+      if (!Members.contains(Call->getFunction()) &&
           hasConstant(getConstantArguments(*Call, F)))
         Selected[&F].insert(Call);
-    }
   }
   return Selected;
 }
@@ -436,7 +323,7 @@ Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
   // Where the constants decide nothing, what they lead to decides nothing
   // either: an accumulator beside an open argument goes on for ever.
   if (countDecisions(*Clone) < countDecisions(*Pattern))
-    for (CallInst *Call : findCalls(*Clone, [this](Function &Callee) {
+    for (CallInst *Call : findCallsIn(*Clone, [this](Function &Callee) {
            return Members.contains(&Callee);
          }))
       Worklist.push_back(Call);

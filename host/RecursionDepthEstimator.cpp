@@ -1,6 +1,7 @@
 //===- RecursionDepthEstimator.cpp - How deep does it recurse? ------------===//
 
 #include "RecursionDepthEstimator.h"
+#include "DirectCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/InstructionSimplify.h"
@@ -17,6 +18,7 @@
 #include <optional>
 
 using namespace llvm;
+using namespace llvm::inlinerecursion;
 
 /// Nested instructions between the number of a trip and what it decides.
 static constexpr unsigned MaxTripFoldDepth = 4;
@@ -244,10 +246,9 @@ bool RecursionDepthEstimator::canEstimateRecursionDepth() {
   if (!DT)
     return false;
 
-  for (User *U : F->users()) {
-    auto *Call = dyn_cast<CallInst>(U);
-    // Whatever else enters F does not enter a chain of it.
-    if (!Call || Call->getCalledFunction() != F || Call->getFunction() == F)
+  // Whatever else enters F does not enter a chain of it.
+  for (CallInst *Call : findCallsOf(*F)) {
+    if (isSelfCall(*Call))
       continue;
     ArgumentTuple Arguments;
     for (unsigned ArgNo = 0; ArgNo != F->arg_size(); ++ArgNo) {

@@ -8,11 +8,12 @@
 //===----------------------------------------------------------------------===//
 
 #include "pass/InlineRecursion.h"
-#include "plugin/pipeline/Pipeline.h"
+#include "plugin/pipeline/Registration.h"
 #include "llvm/PassRegistry.h"
 #include "llvm/Passes/PassPlugin.h"
 
 using namespace llvm;
+using namespace llvm::inlinerecursion;
 
 namespace {
 struct RegisterLegacyPass {
@@ -25,6 +26,5 @@ struct RegisterLegacyPass {
 static RegisterLegacyPass Register;
 
 extern "C" LLVM_ATTRIBUTE_WEAK PassPluginLibraryInfo llvmGetPassPluginInfo() {
-  return {LLVM_PLUGIN_API_VERSION, "InlineRecursion", "0.1.0",
-          inlinerecursion::registerPipeline};
+  return {LLVM_PLUGIN_API_VERSION, "InlineRecursion", "0.1.0", registerPlugin};
 }

@@ -1,6 +1,7 @@
 //===- PipelineTest.cpp - Parameters, and pipelines side by side ----------===//
 
-#include "plugin/pipeline/Pipeline.h"
+#include "plugin/pipeline/Parameters.h"
+#include "plugin/pipeline/Registration.h"
 #include "llvm/AsmParser/Parser.h"
 #include "llvm/IR/LLVMContext.h"
 #include "llvm/IR/Module.h"
@@ -61,9 +62,10 @@ TEST(PassParametersTest, LimitsOfTheAutomaticPolicy) {
 
   Parameters = parsePassParameters("", Limits);
   ASSERT_TRUE(bool(Parameters));
-  EXPECT_EQ(Parameters->Limits.Copies, AutoLimits().Copies);
-  EXPECT_EQ(Parameters->Limits.FunctionGrowth, AutoLimits().FunctionGrowth);
-  EXPECT_EQ(Parameters->Limits.ModuleGrowth, AutoLimits().ModuleGrowth);
+  EXPECT_EQ(Parameters->Limits.Copies, getDefaultBounds().Copies);
+  EXPECT_EQ(Parameters->Limits.FunctionGrowth,
+            getDefaultBounds().FunctionGrowth);
+  EXPECT_EQ(Parameters->Limits.ModuleGrowth, getDefaultBounds().ModuleGrowth);
 }
 
 TEST(PassParametersTest, TheAutomaticPolicyIsOnUntilSwitchedOff) {
@@ -158,7 +160,7 @@ std::string runPipeline(unsigned Depth) {
   CGSCCAnalysisManager CGAM;
   ModuleAnalysisManager MAM;
   PassBuilder PB;
-  registerPipeline(PB);
+  registerPlugin(PB);
   PB.registerModuleAnalyses(MAM);
   PB.registerCGSCCAnalyses(CGAM);
   PB.registerFunctionAnalyses(FAM);

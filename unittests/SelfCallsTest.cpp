@@ -2,6 +2,7 @@
 
 #include "plugin/recursion/SelfCalls.h"
 #include "TestModule.h"
+#include "plugin/recursion/Unrolling.h"
 #include "llvm/Analysis/PostDominators.h"
 
 using namespace llvm;

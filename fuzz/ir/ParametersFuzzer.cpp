@@ -7,7 +7,8 @@
 ///
 //===----------------------------------------------------------------------===//
 
-#include "plugin/Pipeline.h"
+#include "plugin/pipeline/Parameters.h"
+#include "plugin/pipeline/Registration.h"
 #include "llvm/Passes/PassBuilder.h"
 #include "llvm/Support/ErrorHandling.h"
 #include "llvm/Support/raw_ostream.h"
@@ -41,7 +42,7 @@ static void checkParameters(StringRef Text, AcceptedParameters Accepted) {
 static std::string printed(StringRef Text) {
   PassInstrumentationCallbacks PIC;
   PassBuilder PB(nullptr, PipelineTuningOptions(), std::nullopt, &PIC);
-  registerPipeline(PB);
+  registerPlugin(PB);
   ModulePassManager MPM;
   if (Error E = PB.parsePassPipeline(MPM, Text)) {
     consumeError(std::move(E));

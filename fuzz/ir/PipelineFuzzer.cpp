@@ -8,7 +8,7 @@
 //===----------------------------------------------------------------------===//
 
 #include "Mutations.h"
-#include "plugin/Pipeline.h"
+#include "plugin/pipeline/Registration.h"
 #include "llvm/IR/LLVMContext.h"
 #include "llvm/IR/Module.h"
 #include "llvm/IR/Verifier.h"
@@ -27,7 +27,7 @@ static void runPipeline(Module &M, uint64_t Hash) {
   CGSCCAnalysisManager CGAM;
   ModuleAnalysisManager MAM;
   PassBuilder PB;
-  registerPipeline(PB);
+  registerPlugin(PB);
   PB.registerModuleAnalyses(MAM);
   PB.registerCGSCCAnalyses(CGAM);
   PB.registerFunctionAnalyses(FAM);

@@ -1,60 +1,30 @@
-//===- Auto.cpp - Rings that nobody asked for -----------------------------===//
+//===- AutoPass.cpp - What nobody asked for -------------------------------===//
 
 #include "plugin/automatic/AutoPass.h"
+#include "host/DirectCalls.h"
 #include "host/InliningPlan.h"
-#include "pass/InlineRecursion.h"
 #include "plugin/automatic/GrowthBudget.h"
 #include "plugin/ir/Driver.h"
-#include "plugin/ir/ForwardingCall.h"
 #include "plugin/ir/Names.h"
-#include "plugin/ir/PassOption.h"
 #include "plugin/ir/SingleRun.h"
+#include "plugin/policy/Facts.h"
 #include "plugin/policy/Policy.h"
+#include "plugin/policy/Preparation.h"
 #include "plugin/recursion/SelfCalls.h"
+#include "plugin/rewrite/Build.h"
 #include "plugin/tell/Remarks.h"
-#include "plugin/tell/Verdict.h"
-#include "llvm/ADT/STLExtras.h"
-#include "llvm/ADT/ScopeExit.h"
-#include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
-#include "llvm/Analysis/ScalarEvolution.h"
-#include "llvm/IR/Dominators.h"
-#include "llvm/IR/Instructions.h"
+#include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Module.h"
-#include "llvm/Support/CommandLine.h"
 #include "llvm/Transforms/Scalar/TailRecursionElimination.h"
+#include <deque>
+#include <memory>
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
 using ore::NV;
 
-static cl::opt<bool> AutoOption(
-    "inlinerecursion-auto", cl::init(true), cl::Hidden,
-    cl::desc("Build rings of copies also for recursive functions that the "
-             "pass refuses, where that pays"));
-
-static cl::opt<unsigned>
-    MaxCopies("inlinerecursion-auto-copies", cl::init(9), cl::Hidden,
-              cl::desc("Most copies in a ring that nobody asked for (copies)"));
-
-static cl::opt<unsigned> MaxFunctionGrowth(
-    "inlinerecursion-auto-function-growth", cl::init(900), cl::Hidden,
-    cl::desc("Most code that such a ring adds for one function "
-             "(instructions)"));
-
-static cl::opt<unsigned> MaxModuleGrowth(
-    "inlinerecursion-auto-module-growth", cl::init(1500), cl::Hidden,
-    cl::desc("Most code that such rings add to a module, if its share of the "
-             "module is not larger (instructions)"));
-
-static cl::opt<unsigned> ModuleShare(
-    "inlinerecursion-auto-module-share", cl::init(1), cl::Hidden,
-    cl::desc("Most code that such rings add to a large module (percent of its "
-             "instructions)"));
-
 static constexpr StringLiteral NoRoom = "AutoModuleGrowth";
-
-bool llvm::inlinerecursion::isAutoEnabled() { return AutoOption; }
 
 bool llvm::inlinerecursion::isSeenByAuto(const Function &F) {
   return F.hasFnAttribute(SeenMark);
@@ -63,128 +33,6 @@ bool llvm::inlinerecursion::isSeenByAuto(const Function &F) {
 void llvm::inlinerecursion::forgetSeen(Module &M) {
   for (Function &F : M)
     F.removeFnAttr(SeenMark);
-}
-
-AutoLimits::AutoLimits()
-    : Copies(MaxCopies), FunctionGrowth(MaxFunctionGrowth),
-      ModuleGrowth(MaxModuleGrowth) {}
-
-/// Lets the calls of \p From in \p Caller call \p To, which has its type.
-static void redirectCalls(Function &From, Function &To,
-                          const Function &Caller) {
-  redirectCalls(From, To, [&Caller](const CallBase &Call) {
-    return Call.getFunction() == &Caller;
-  });
-}
-
-/// Links copy \p K of \p Copies, which are copies of \p F.  What leads behind
-/// the last one enters the ring anew, by \p Entry.
-static void linkCopy(Function &F, ArrayRef<Function *> Copies, size_t K,
-                     bool Staggered, Function &Entry) {
-  Function &Linked = K + 1 == Copies.size() ? *Copies.front() : *Copies[K + 1];
-  redirectCalls(F, Linked, *Copies[K]);
-  for (auto [I, Call] : enumerate(findCalls(*Copies[K], Linked))) {
-    const size_t To = K + 1 + (Staggered && I > 0);
-    Call->setCalledFunction(To < Copies.size() ? Copies[To] : &Entry);
-  }
-}
-
-/// Whether the processor keeps up with a function that others are merged into
-/// depends on which of its branches share a cache line.  With an alignment of
-/// 16 bytes, that depends on what stands in front of it in the module: the same
-/// search for subsets ran in 0.7 or in all of plain clang's time.
-static constexpr uint64_t MergedAlignment = 64;
-
-static void setInlined(Function &F, bool Inlined) {
-  F.removeFnAttr(Inlined ? Attribute::NoInline : Attribute::AlwaysInline);
-  F.addFnAttr(Inlined ? Attribute::AlwaysInline : Attribute::NoInline);
-  if (!Inlined)
-    F.setAlignment(std::max(F.getAlign().valueOrOne(), Align(MergedAlignment)));
-}
-
-/// Builds the ring that \p Plan says of \p F, which \p Callers call.
-static void buildRing(Function &F, const RecursionPlan &Plan, Driver &D,
-                      const SmallPtrSetImpl<Function *> &Callers) {
-  const SmallVector<Function *, 4> Copies =
-      D.buildCopies(F, Plan.Copies, /*AsRing=*/true);
-  Function &Head = *Copies.front();
-  Function &Entry = Plan.Guard ? buildGuard(F, *Plan.Guard, Head) : Head;
-  for (size_t K = 0; K != Copies.size(); ++K)
-    linkCopy(F, Copies, K, Plan.Staggered, Entry);
-
-  for (Function *Copy : Copies)
-    setInlined(*Copy, Copy != &Head);
-  if (!Plan.Guard) {
-    redirectCalls(F, Head, F);
-    return;
-  }
-
-  // What is left of the function is for the inliner to judge, so those who
-  // call from outside call it again.
-  for (Function *Caller : Callers)
-    redirectCalls(Head, F, *Caller);
-  removeGuard(Head, F, *Plan.Guard);
-  reduceToGuard(F, *Plan.Guard, Head);
-  setInlined(Entry, true);
-}
-
-/// Builds the leaves that \p Plan says of \p F, which \p Callers call.
-static void buildLeaves(Function &F, const RecursionPlan &Plan, Driver &D,
-                        const SmallPtrSetImpl<Function *> &Callers) {
-  const SmallVector<Function *, 4> Copies =
-      D.buildCopies(F, Plan.Copies, /*AsRing=*/false);
-  // Nobody but the function itself enters them.
-  for (Function *Caller : Callers)
-    redirectCalls(*Copies.front(), F, *Caller);
-
-  const RecursionCounter &Counter = *Plan.Counter;
-  for (auto [K, Copy] : enumerate(Copies)) {
-    // The driver has linked plain calls.
-    if (K + 1 != Copies.size())
-      redirectCalls(F, *Copies[K + 1], *Copy);
-    fixCounter(*Copy, Counter, Copies.size() - 1 - K);
-    setInlined(*Copy, K != 0);
-  }
-  SmallVector<std::pair<ConstantInt *, Function *>, 2> Entries;
-  for (unsigned Levels : Plan.EntryLevels)
-    Entries.emplace_back(Counter.Values[Levels],
-                         Copies[Copies.size() - 1 - Levels]);
-  enterLeaves(F, *Counter.Counter, Entries);
-}
-
-/// Builds what \p Plan says of \p F.  Returns the functions that were there
-/// before and call something else now.
-static SmallPtrSet<Function *, 8> build(Function &F, const RecursionPlan &Plan,
-                                        Driver &D) {
-  // The driver leads plain calls from outside to the first copy.
-  SmallPtrSet<Function *, 8> Callers = {&F};
-  for (User *U : F.users())
-    if (auto *Call = dyn_cast<CallBase>(U))
-      Callers.insert(Call->getFunction());
-  switch (Plan.Kind) {
-  case RecursionPlan::Nothing:
-  case RecursionPlan::Split:
-    break;
-  case RecursionPlan::Chain:
-    for (Function *Copy : D.buildCopies(F, Plan.Copies, /*AsRing=*/false))
-      setInlined(*Copy, true);
-    break;
-  case RecursionPlan::Leaves:
-    buildLeaves(F, Plan, D, Callers);
-    break;
-  case RecursionPlan::Ring:
-    buildRing(F, Plan, D, Callers);
-    break;
-  }
-  return Callers;
-}
-
-/// What \p M may grow by: \p Least, or its share of \p M if that is larger.
-static uint64_t findGrowthLimit(const Module &M, unsigned Least) {
-  uint64_t Size = 0;
-  for (const Function &F : M)
-    Size += getCodeSize(F);
-  return std::max<uint64_t>(Least, Size * ModuleShare / 100);
 }
 
 /// What \p M has grown by, more or less, in an earlier run.
@@ -200,139 +48,209 @@ namespace {
 /// A function that is asked about.
 struct Candidate {
   Function *F;
-  /// What it would grow by if it had the module for itself (instructions).
-  unsigned Demand;
+  /// Empty where they hold no more, as something around the function changed.
+  std::unique_ptr<Facts> Known;
+  /// What is to be built if the function has the module for itself; made from
+  /// Known, and as old.
+  std::optional<Plan> Wanted;
+  /// What it would grow by then (instructions), as first asked.
+  unsigned Demand = 0;
   /// Its share was too small; it gets what the others have left.
-  bool IsLast = false;
+  bool IsLastTurn = false;
+};
+
+/// One run of the pass on one module.
+class AutoRun {
+public:
+  AutoRun(Module &M, FunctionAnalysisManager &FAM, const Bounds &Limits)
+      : M(M), FAM(FAM), Limits(Limits), TellUser(areRemarksEnabled(M)),
+        // A level that does not ask for copies to be inlined; that is done
+        // here.
+        D(FAM, /*Level=*/1, /*LongestRing=*/0) {}
+
+  /// True if the module was changed.
+  bool run();
+
+private:
+  SmallVector<Function *, 8> collect();
+  void addCandidate(Function &F);
+  void passSum(Candidate &C);
+  void makeLoops(Candidate &C);
+  void rethink(Candidate &C);
+  void forgetAround(const Function &F);
+  Plan planWithin(Candidate &C, uint64_t Share);
+  void shareOut();
+  void buildPlan(Function &F, const Plan &Granted);
+
+  Module &M;
+  FunctionAnalysisManager &FAM;
+  const Bounds Limits;
+  const bool TellUser;
+  Driver D;
+  // Candidates are added while others are looked at.
+  std::deque<Candidate> Candidates;
+  /// What all functions together may grow by.
+  uint64_t GrowthLimit = 0;
+  bool Changed = false;
 };
 } // namespace
 
-/// Has \p F hand on its sum, or become a loop, as far as a plan is to be made
-/// for what is left then.  Returns the function that it is to be made for.
-static Function &prepare(Function &Candidate, FunctionAnalysisManager &FAM,
-                         const AutoBounds &Bounds, bool &Changed) {
-  Function *F = &Candidate;
-  if (auto Sum = AutoPolicy(*F, FAM).findSumToPass(Bounds)) {
-    if (areRemarksEnabled(*F->getParent()))
-      emitRemark(*F, Verdict(true, "AutoSum")
+/// The functions to ask about, each with a body and a call of itself.
+SmallVector<Function *, 8> AutoRun::collect() {
+  const bool IsSecondLook = !Limits.InlinerFollows;
+  SmallVector<Function *, 8> Recursive;
+  for (Function &F : M) {
+    if (F.isDeclaration() || !isDirectlyRecursive(F) ||
+        (IsSecondLook && isSeenByAuto(F)))
+      continue;
+    if (D.isLegalToInlineRecursion(&F))
+      Recursive.push_back(&F);
+    if (!IsSecondLook)
+      F.addFnAttr(SeenMark);
+  }
+  return Recursive;
+}
+
+/// Makes the plan of \p C anew if anything has changed around it.
+void AutoRun::rethink(Candidate &C) {
+  if (C.Known)
+    return;
+  C.Known = std::make_unique<Facts>(*C.F, FAM, Limits.InlinerFollows);
+  C.Wanted = makePlan(*C.Known, Limits);
+}
+
+/// \p F is about to be changed: what is known of those that it calls, or that
+/// call it, does not hold any more.
+void AutoRun::forgetAround(const Function &F) {
+  SmallPtrSet<Function *, 8> Around = findCallers(F);
+  for (const Instruction &I : instructions(F))
+    if (const auto *Call = dyn_cast<CallBase>(&I))
+      if (Function *Callee = Call->getCalledFunction())
+        Around.insert(Callee);
+  for (Candidate &C : Candidates)
+    if (Around.contains(C.F))
+      C.Known.reset();
+}
+
+/// Has \p C hand on its sum from self call to self call, if that leads to a
+/// better ring.  It is about the function that does so then.
+void AutoRun::passSum(Candidate &C) {
+  const auto Sum = findSumToPass(*C.Known, Limits, *C.Wanted);
+  if (!Sum)
+    return;
+  forgetAround(*C.F);
+  if (TellUser)
+    emitRemark(*C.F, accept("AutoSum")
                          << NV("Shape", "passed sum")
                          << " by the automatic policy, handed on from self "
                             "call to self call");
-    Function &Passing = passAccumulator(*F, *Sum);
-    FAM.invalidate(*F, PreservedAnalyses::none());
-    F = &Passing;
-    Changed = true;
-  }
-  if (AutoPolicy(*F, FAM).wantsLoopsFirst(Bounds)) {
-    FAM.invalidate(*F, TailCallElimPass().run(*F, FAM));
-    Changed = true;
-  }
-  return *F;
+  Function &Passing = passAccumulator(*C.F, *Sum);
+  FAM.invalidate(*C.F, PreservedAnalyses::none());
+  Changed = true;
+  C.F = &Passing;
+  C.Known.reset();
+  rethink(C);
 }
 
-/// The plan for a function with a growth of at most \p Share; nothing is
-/// planned if that is too little.  All functions together may grow by \p Limit.
-static RecursionPlan planWithin(const Candidate &Asked,
-                                FunctionAnalysisManager &FAM,
-                                const AutoBounds &Bounds, uint64_t Share,
-                                uint64_t Limit) {
-  AutoPolicy Policy(*Asked.F, FAM);
-  if (Asked.Demand <= Share) {
-    RecursionPlan Plan = Policy.makePlan(Bounds);
-    if (Plan.Growth <= Share)
-      return Plan;
-  }
+/// Makes loops of the calls of \p C that would become some anyhow, if the rest
+/// of it is a better ring then.
+void AutoRun::makeLoops(Candidate &C) {
+  if (!wantsLoopsFirst(*C.Known, Limits, *C.Wanted))
+    return;
+  forgetAround(*C.F);
+  FAM.invalidate(*C.F, TailCallElimPass().run(*C.F, FAM));
+  Changed = true;
+  C.Known.reset();
+  rethink(C);
+}
+
+void AutoRun::addCandidate(Function &F) {
+  Candidate C{&F};
+  rethink(C);
+  passSum(C);
+  makeLoops(C);
+  C.Demand = C.Wanted->Growth;
+  Candidates.push_back(std::move(C));
+}
+
+/// The plan for \p C with a growth of at most \p Share; nothing is planned if
+/// that is too little.
+Plan AutoRun::planWithin(Candidate &C, uint64_t Share) {
+  rethink(C);
+  if (C.Demand <= Share && C.Wanted->Growth <= Share)
+    return *C.Wanted;
   // Fewer copies, if they fit.
-  AutoBounds Rest = Bounds;
+  Bounds Rest = Limits;
   Rest.FunctionGrowth = std::min<uint64_t>(Rest.FunctionGrowth, Share);
-  RecursionPlan Smaller = Policy.makePlan(Rest);
-  if (Smaller.Kind != RecursionPlan::Nothing && Smaller.Growth <= Share)
+  Plan Smaller = makePlan(*C.Known, Rest);
+  if (Smaller.Kind != Plan::Nothing && Smaller.Growth <= Share)
     return Smaller;
-  Verdict Refusal(false, NoRoom);
-  Refusal << "a ring of it would add " << NV("Growth", Asked.Demand)
-          << " instructions, and the module may not grow by more than "
-          << NV("Limit", Limit);
-  return RecursionPlan(Refusal);
+  return Plan(refuse(NoRoom)
+              << "a ring of it would add " << NV("Growth", C.Demand)
+              << " instructions, and the module may not grow by more than "
+              << NV("Limit", GrowthLimit));
+}
+
+/// Builds what was \p Granted to \p F.
+void AutoRun::buildPlan(Function &F, const Plan &Granted) {
+  forgetAround(F);
+  const Built Result = build(F, Granted, D);
+  for (Function *User : Result.Changed)
+    FAM.invalidate(*User, PreservedAnalyses::none());
+  Changed = true;
+  // A function that is taken apart leaves another one behind.
+  if (Result.Rest)
+    addCandidate(*Result.Rest);
+}
+
+/// Divides the growth of the module among the candidates and builds.
+void AutoRun::shareOut() {
+  SmallVector<unsigned, 8> Demands;
+  for (const Candidate &C : Candidates)
+    Demands.push_back(C.Demand);
+  const uint64_t Used = Limits.InlinerFollows ? 0 : findEarlierGrowth(M);
+  GrowthBudget Budget(GrowthLimit - std::min(GrowthLimit, Used), Demands);
+
+  for (size_t I = 0; I != Candidates.size(); ++I) {
+    Candidate &C = Candidates[I];
+    const Plan Granted =
+        planWithin(C, C.IsLastTurn ? Budget.getLeft() : Budget.getShare());
+    Budget.take(C.IsLastTurn ? 0 : C.Demand, Granted.Growth);
+    if (Granted.Decision.Name == NoRoom && !C.IsLastTurn) {
+      C.IsLastTurn = true;
+      Candidates.push_back(std::move(C));
+      continue;
+    }
+    if (TellUser)
+      emitRemark(*C.F, Granted.Decision);
+    if (Granted.LacksTest)
+      C.F->removeFnAttr(SeenMark);
+    if (Granted.Kind != Plan::Nothing)
+      buildPlan(*C.F, Granted);
+  }
+}
+
+bool AutoRun::run() {
+  const SmallVector<Function *, 8> Recursive = collect();
+  if (Recursive.empty())
+    return false;
+  GrowthLimit = findGrowthLimit(M, Limits);
+  for (Function *F : Recursive)
+    addCandidate(*F);
+  shareOut();
+  return Changed;
 }
 
 PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   SingleRun Alone;
-  // A level that does not ask for copies to be inlined; that is done here.
-  Driver D(FAM, /*Level=*/1, /*LongestRing=*/0);
-
-  SmallVector<Function *, 8> Recursive;
-  for (Function &F : M) {
-    if (F.isDeclaration() || !isDirectlyRecursive(F))
-      continue;
-    if (Where == BehindInliner && isSeenByAuto(F))
-      continue;
-    if (D.isLegalToInlineRecursion(&F))
-      Recursive.push_back(&F);
-    if (Where == BeforeInliner)
-      F.addFnAttr(SeenMark);
-  }
-  if (Recursive.empty())
-    return PreservedAnalyses::all();
-
-  const AutoBounds Bounds = {Limits.Copies, Limits.FunctionGrowth,
-                             /*InlinerFollows=*/Where == BeforeInliner};
-  bool Changed = false;
-  SmallVector<Candidate, 8> Candidates;
-  SmallVector<unsigned, 8> Demands;
-  auto AddCandidate = [&](Function &F) {
-    Function &Prepared = prepare(F, FAM, Bounds, Changed);
-    Demands.push_back(AutoPolicy(Prepared, FAM).makePlan(Bounds).Growth);
-    Candidates.push_back({&Prepared, Demands.back()});
-  };
-  const uint64_t Limit = findGrowthLimit(M, Limits.ModuleGrowth);
-  const uint64_t Used = Where == BehindInliner ? findEarlierGrowth(M) : 0;
-  for (Function *F : Recursive)
-    AddCandidate(*F);
-  GrowthBudget Budget(Limit - std::min(Limit, Used), Demands);
-
-  const bool TellUser = areRemarksEnabled(M);
-  // A function that is taken apart leaves another one behind.
-  for (size_t I = 0; I != Candidates.size(); ++I) {
-    const Candidate Asked = Candidates[I];
-    Function &F = *Asked.F;
-    const RecursionPlan Plan =
-        planWithin(Asked, FAM, Bounds,
-                   Asked.IsLast ? Budget.getLeft() : Budget.getShare(), Limit);
-    Budget.take(Asked.IsLast ? 0 : Asked.Demand, Plan.Growth);
-    if (Plan.Decision.Name == NoRoom && !Asked.IsLast) {
-      Candidates.push_back({&F, Asked.Demand, /*IsLast=*/true});
-      continue;
-    }
-    if (TellUser)
-      emitRemark(F, Plan.Decision);
-    if (Plan.LacksTest)
-      F.removeFnAttr(SeenMark);
-    if (Plan.Kind == RecursionPlan::Nothing)
-      continue;
-    Function *Rest = nullptr;
-    if (Plan.Kind == RecursionPlan::Split)
-      Rest = &splitEntry(F, *Plan.Where);
-    for (Function *User : build(F, Plan, D))
-      FAM.invalidate(*User, PreservedAnalyses::none());
-    if (Rest)
-      AddCandidate(*Rest);
-    Changed = true;
-  }
-  if (!Changed)
+  if (!AutoRun(M, FAM, Limits).run())
     return PreservedAnalyses::all();
   // Of all other functions the analyses stay.
   PreservedAnalyses PA;
   PA.preserve<FunctionAnalysisManagerModuleProxy>();
   PA.preserveSet<AllAnalysesOn<Function>>();
   return PA;
-}
-
-raw_ostream &llvm::inlinerecursion::operator<<(raw_ostream &OS,
-                                               const AutoLimits &Limits) {
-  return OS << "copies=" << Limits.Copies
-            << ";function-growth=" << Limits.FunctionGrowth
-            << ";module-growth=" << Limits.ModuleGrowth;
 }
 
 void AutoPass::printPipeline(raw_ostream &OS,

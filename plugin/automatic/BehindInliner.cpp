@@ -1,11 +1,12 @@
 //===- BehindInliner.cpp - Recursion that inlining uncovers ---------------===//
 
 #include "plugin/automatic/BehindInliner.h"
+#include "host/DirectCalls.h"
 #include "host/InliningPlan.h"
 #include "plugin/ir/Names.h"
 #include "plugin/legality/CallRepair.h"
 #include "plugin/legality/Protection.h"
-#include "plugin/tell/Verdict.h"
+#include "plugin/recursion/SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/IR/Instructions.h"
@@ -32,13 +33,10 @@ inlineIntoCopies(Module &M, const SmallPtrSetImpl<Function *> &OldCopies,
   for (Function &F : M) {
     if (!hasCloneMark(F) || OldCopies.contains(&F))
       continue;
-    SmallVector<CallBase *, 16> Calls;
-    for (User *U : F.users()) {
-      auto *Call = dyn_cast<CallBase>(U);
-      if (Call && Call->getCalledFunction() == &F &&
-          OldCopies.contains(Call->getFunction()))
-        Calls.push_back(Call);
-    }
+    SmallVector<CallBase *, 8> Calls = findCallsOf<CallBase>(F);
+    erase_if(Calls, [&OldCopies](const CallBase *Call) {
+      return !OldCopies.contains(Call->getFunction());
+    });
     if (Calls.size() * uint64_t(getCodeSize(F)) > MaxGrowth)
       continue;
     for (CallBase *Call : Calls) {
@@ -50,7 +48,7 @@ inlineIntoCopies(Module &M, const SmallPtrSetImpl<Function *> &OldCopies,
 }
 
 static PreservedAnalyses buildUncovered(Module &M, ModuleAnalysisManager &MAM,
-                                        AutoLimits Limits,
+                                        Bounds Limits,
                                         OptimizationLevel Level) {
   if (none_of(M, isUncovered))
     return PreservedAnalyses::all();
@@ -65,7 +63,8 @@ static PreservedAnalyses buildUncovered(Module &M, ModuleAnalysisManager &MAM,
 
   ModulePassManager Build;
   Build.addPass(ProtectionPass());
-  Build.addPass(AutoPass(Limits, AutoPass::BehindInliner));
+  Limits.InlinerFollows = false;
+  Build.addPass(AutoPass(Limits));
   Build.addPass(CallRepairPass());
   const PreservedAnalyses Built = Build.run(M, MAM);
   if (none_of(M, IsNewCopy))

@@ -31,7 +31,7 @@ namespace inlinerecursion {
 class BehindInlinerPass : public PassInfoMixin<BehindInlinerPass> {
 public:
   /// \p Level, above O0, is the one that merged copies are simplified at.
-  explicit BehindInlinerPass(AutoLimits Limits,
+  explicit BehindInlinerPass(Bounds Limits,
                              OptimizationLevel Level = OptimizationLevel::O3)
       : Limits(Limits), Level(Level) {}
 
@@ -42,7 +42,7 @@ public:
   static StringRef name() { return "InlineRecursionBehindInlinerPassAdaptor"; }
 
 private:
-  AutoLimits Limits;
+  Bounds Limits;
   OptimizationLevel Level;
 };
 

@@ -1,6 +1,7 @@
 //===- CloneChain.cpp - The chains that a run has built -------------------===//
 
 #include "plugin/ir/CloneChain.h"
+#include "host/DirectCalls.h"
 #include "plugin/ir/Names.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/IR/Instructions.h"
@@ -10,10 +11,8 @@ using namespace llvm;
 using namespace llvm::inlinerecursion;
 
 bool CloneChain::isRing() const {
-  return any_of(Copies.front()->users(), [&](const User *U) {
-    const auto *Call = dyn_cast<CallInst>(U);
-    return Call && Call->getCalledFunction() == Copies.front() &&
-           Call->getFunction() == Copies.back();
+  return anyCallOf(*Copies.front(), [this](const CallInst &Call) {
+    return Call.getFunction() == Copies.back();
   });
 }
 

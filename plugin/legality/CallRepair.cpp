@@ -1,6 +1,7 @@
 //===- CallRepair.cpp - What rewritten calls have lost --------------------===//
 
 #include "plugin/legality/CallRepair.h"
+#include "host/DirectCalls.h"
 #include "plugin/ir/Names.h"
 #include "plugin/legality/ProfileRepair.h"
 #include "plugin/legality/Protection.h"
@@ -60,10 +61,7 @@ PreservedAnalyses CallRepairPass::run(Module &M, ModuleAnalysisManager &MAM) {
   for (Function &Copy : M) {
     if (Copy.isDeclaration() || !Copy.hasLocalLinkage() || !hasCloneMark(Copy))
       continue;
-    for (User *U : Copy.users()) {
-      auto *Call = dyn_cast<CallBase>(U);
-      if (!Call || Call->getCalledFunction() != &Copy)
-        continue;
+    for (CallBase *Call : findCallsOf<CallBase>(Copy)) {
       completeAttributes(*Call, Copy);
       if (!areInlineCompatible(*Call->getFunction(), Copy, FAM)) {
         // In a function that everything is to be inlined into (flatten).

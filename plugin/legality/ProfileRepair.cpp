@@ -1,6 +1,7 @@
 //===- ProfileRepair.cpp - How often copies are entered -------------------===//
 
 #include "plugin/legality/ProfileRepair.h"
+#include "host/DirectCalls.h"
 #include "plugin/ir/Names.h"
 #include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/MapVector.h"
@@ -50,15 +51,6 @@ static SmallVector<Family, 0> takeFamilies(Module &M) {
   return Copied;
 }
 
-static SmallVector<CallInst *, 4> getCallsOf(Function &F) {
-  SmallVector<CallInst *, 4> Calls;
-  for (User *U : F.users())
-    if (auto *Call = dyn_cast<CallInst>(U);
-        Call && Call->getCalledFunction() == &F)
-      Calls.push_back(Call);
-  return Calls;
-}
-
 static std::optional<uint64_t> getCount(const CallInst &Call,
                                         FunctionAnalysisManager &FAM) {
   auto *Caller = const_cast<Function *>(Call.getFunction());
@@ -72,7 +64,7 @@ static std::optional<uint64_t> getCount(const CallInst &Call,
 static std::optional<uint64_t> getEntries(Function &Copy, const Family &Members,
                                           FunctionAnalysisManager &FAM) {
   uint64_t Entries = 0;
-  for (const CallInst *Call : getCallsOf(Copy)) {
+  for (const CallInst *Call : findCallsOf(Copy)) {
     if (Call->getFunction() == Members.Origin ||
         is_contained(Members.Copies, Call->getFunction()))
       return std::nullopt;
@@ -112,7 +104,7 @@ static void divideEntries(const Family &Members, FunctionAnalysisManager &FAM) {
 /// Gives the calls of \p Copy their weights.
 static void weighCalls(Function &Copy, FunctionAnalysisManager &FAM) {
   MDBuilder Metadata(Copy.getContext());
-  for (CallInst *Call : getCallsOf(Copy))
+  for (CallInst *Call : findCallsOf(Copy))
     if (const auto Count = getCount(*Call, FAM)) {
       const uint64_t Weight = std::min<uint64_t>(*Count, UINT32_MAX);
       Call->setMetadata(LLVMContext::MD_prof,

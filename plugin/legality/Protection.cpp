@@ -1,293 +1,18 @@
-//===- Protection.cpp - What must not be cloned or redirected -------------===//
+//===- Protection.cpp - What the pass is kept away from -------------------===//
 
 #include "plugin/legality/Protection.h"
-#include "host/InliningPlan.h"
-#include "pass/InlineRecursion.h"
 #include "plugin/ir/Names.h"
-#include "plugin/ir/PassOption.h"
 #include "plugin/legality/ProfileRepair.h"
-#include "plugin/tell/Remarks.h"
-#include "plugin/tell/Verdict.h"
-#include "llvm/ADT/STLExtras.h"
-#include "llvm/ADT/StringExtras.h"
-#include "llvm/Analysis/OptimizationRemarkEmitter.h"
-#include "llvm/IR/InlineAsm.h"
-#include "llvm/IR/InstIterator.h"
-#include "llvm/IR/Instructions.h"
-#include "llvm/IR/IntrinsicInst.h"
+#include "plugin/legality/RingSize.h"
+#include "plugin/recursion/SelfCalls.h"
 #include "llvm/IR/Module.h"
-#include "llvm/Support/CommandLine.h"
 #include "llvm/Support/DebugCounter.h"
-#include "llvm/Support/MathExtras.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
-using ore::NV;
-
-static cl::opt<unsigned> MaxFunctionSize(
-    "inlinerecursion-max-function-size", cl::init(5000), cl::Hidden,
-    cl::desc("Largest recursive function that copies are made of "
-             "(instructions)"));
 
 DEBUG_COUNTER(FunctionCounter, "inlinerecursion-function",
               "Controls which recursive functions copies are made of");
-
-static cl::opt<unsigned> MaxFrameSize(
-    "inlinerecursion-max-frame-size", cl::init(256), cl::Hidden,
-    cl::desc("Largest size of the local variables in memory of a recursive "
-             "function that copies are made of (bytes)"));
-
-static cl::opt<unsigned> MaxRingSize(
-    "inlinerecursion-max-ring-size", cl::init(20000), cl::Hidden,
-    cl::desc("Largest size of a ring of copies, inlined as far as it will be; "
-             "a request for a larger one is withdrawn (instructions)"));
-
-/// Is there a call of \p F that the pass would rewrite, or copy, for which
-/// \p Wanted holds?
-template <typename PredicateT>
-static bool anyDirectCall(const Function &F, PredicateT Wanted) {
-  return any_of(F.users(), [&](const User *U) {
-    const auto *Call = dyn_cast<CallInst>(U);
-    return Call && Call->getCalledFunction() == &F && Wanted(*Call);
-  });
-}
-
-template <typename InstT, typename PredicateT>
-static bool anyInstruction(const Function &F, PredicateT Wanted) {
-  return any_of(instructions(F), [&](const Instruction &I) {
-    const auto *Found = dyn_cast<InstT>(&I);
-    return Found && Wanted(*Found);
-  });
-}
-
-template <typename PredicateT>
-static bool anyArgument(const Function &F, PredicateT Wanted) {
-  return any_of(F.args(), Wanted);
-}
-
-uint64_t llvm::inlinerecursion::getFrameSize(const Function &F) {
-  const DataLayout &DL = F.getParent()->getDataLayout();
-  uint64_t Size = 0;
-  for (const Instruction &I : instructions(F))
-    if (const auto *Alloca = dyn_cast<AllocaInst>(&I))
-      if (auto Bits = Alloca->getAllocationSizeInBits(DL))
-        Size = SaturatingAdd(Size, uint64_t(Bits->getKnownMinValue() / 8));
-  return Size;
-}
-
-//===----------------------------------------------------------------------===//
-// Hazards
-//===----------------------------------------------------------------------===//
-
-// Which body runs is decided by the linker or the loader; copies of this one
-// would run whatever they decide.  ODR linkage and available_externally promise
-// that every definition does the same, and are copied as they are inlined.
-static bool isInterposable(const Function &F) { return F.isInterposable(); }
-
-// A local function in a comdat group can only be called from the group.  The
-// copies stand outside, and the last one calls the function: the linker finds a
-// relocation against a discarded section.
-static bool isLocalInComdat(const Function &F) {
-  return F.hasComdat() && F.hasLocalLinkage();
-}
-
-// A table of labels keeps pointing into the function, and a jump through it
-// leads from a copy to there.  No inliner takes such a copy anyway.
-static bool hasBlockAddress(const Function &F) {
-  return any_of(F, [](const BasicBlock &BB) { return BB.hasAddressTaken(); });
-}
-
-// The bundle is part of what the call does (the funclet it belongs to, the
-// state to deoptimise to, the argument memory set up before), and is lost.
-static bool hasCallWithBundle(const Function &F) {
-  return anyDirectCall(
-      F, [](const CallInst &Call) { return Call.hasOperandBundles(); });
-}
-
-// Rewritten calls are not tail calls: the recursion needs stack without bound,
-// and a variadic thunk loses the arguments that it does not name.
-static bool hasMustTailCall(const Function &F) {
-  return anyDirectCall(
-      F, [](const CallInst &Call) { return Call.isMustTailCall(); });
-}
-
-// The same for the conventions that promise tail calls by themselves.
-static bool hasTailCallConvention(const Function &F) {
-  switch (F.getCallingConv()) {
-  case CallingConv::Tail:
-  case CallingConv::SwiftTail:
-  case CallingConv::GHC:
-  case CallingConv::HiPE:
-    return true;
-  default:
-    return false;
-  }
-}
-
-// The body is all there is: it knows where return address and arguments are,
-// and that holds for a call only.
-static bool isNaked(const Function &F) {
-  return F.hasFnAttribute(Attribute::Naked);
-}
-
-// The intrinsics of a coroutine that is not split yet name the function that
-// they stand in, by address.
-static bool isUnsplitCoroutine(const Function &F) {
-  return F.isPresplitCoroutine();
-}
-
-// The argument is tied to the instruction that made it.  Without the attribute
-// at the call the module is malformed right behind the pass.
-static bool hasTiedArgument(const Function &F) {
-  return anyArgument(F, [](const Argument &A) {
-    return A.hasInAllocaAttr() || A.hasPreallocatedAttr() ||
-           A.hasSwiftErrorAttr();
-  });
-}
-
-// Filters and handlers find the local variables of this one function.
-static bool hasEscapedFrame(const Function &F) {
-  return anyInstruction<IntrinsicInst>(F, [](const IntrinsicInst &I) {
-    return I.getIntrinsicID() == Intrinsic::localescape;
-  });
-}
-
-/// Does \p Statement, assembly text without leading space, define a name that
-/// can be defined only once?  A name with `${:uid}` in it is another one in
-/// each copy, and numeric labels may be repeated.
-static bool definesSymbol(StringRef Statement) {
-  if (Statement.startswith(".macro"))
-    return true;
-  if (Statement.startswith("\""))
-    return true;
-  const StringRef Name = Statement.take_while([](char C) {
-    return isAlnum(C) || C == '_' || C == '.' || C == '$' || C == '@';
-  });
-  return !Name.empty() && !isDigit(Name.front()) &&
-         Statement.drop_front(Name.size()).ltrim(" \t").startswith(":");
-}
-
-// The copies define the name again, which the assembler refuses.
-static bool hasAsmLabel(const Function &F) {
-  return anyInstruction<CallBase>(F, [](const CallBase &Call) {
-    const auto *Asm = dyn_cast<InlineAsm>(Call.getCalledOperand());
-    if (!Asm)
-      return false;
-    for (StringRef Rest = Asm->getAsmString(); !Rest.empty();) {
-      const size_t End = Rest.find_first_of("\n;{|");
-      if (definesSymbol(Rest.take_front(End).ltrim()))
-        return true;
-      Rest = End == StringRef::npos ? StringRef() : Rest.drop_front(End + 1);
-    }
-    return false;
-  });
-}
-
-// Such data is usually an offset from the function to something, and an offset
-// from the function is no constant next to a copy.
-static bool hasDataAtEntry(const Function &F) {
-  return F.hasPrefixData() || F.hasPrologueData();
-}
-
-// The function, or a call in it, says that there must be one of it.
-static bool isNotDuplicable(const Function &F) {
-  return F.hasFnAttribute(Attribute::NoDuplicate) ||
-         anyInstruction<CallBase>(
-             F, [](const CallBase &Call) { return Call.cannotDuplicate(); });
-}
-
-// Only the call says how the argument's memory is aligned, and forgets it.
-static bool hasAlignmentOfCall(const Function &F) {
-  return anyDirectCall(F, [&F](const CallInst &Call) {
-    return anyArgument(F, [&Call](const Argument &A) {
-      return A.hasByValAttr() && Call.getParamAlign(A.getArgNo()).valueOrOne() >
-                                     A.getParamAlign().valueOrOne();
-    });
-  });
-}
-
-// Ten copies of a large function take the optimiser for ever.
-static bool isTooLarge(const Function &F) {
-  return getCodeSize(F) > MaxFunctionSize;
-}
-
-// Flattened, one frame holds the variables of all copies, however many are
-// entered.  A recursion that leads through other functions needs that frame
-// each time around.
-static bool hasLargeFrame(const Function &F) {
-  return getFrameSize(F) > MaxFrameSize;
-}
-
-//===----------------------------------------------------------------------===//
-// Wishes
-//===----------------------------------------------------------------------===//
-
-// The pass drops it, for copies are there to be inlined.  Whoever writes it may
-// depend on a frame, a return address or a section of its own.
-bool llvm::inlinerecursion::isNotToBeInlined(const Function &F) {
-  return F.hasFnAttribute(Attribute::NoInline) ||
-         anyDirectCall(F, [](const CallInst &Call) {
-           return Call.getAttributes().hasFnAttr(Attribute::NoInline);
-         });
-}
-
-// Copies cost space.
-static bool isOptimisedForSize(const Function &F) { return F.hasOptSize(); }
-
-// They would hardly run.
-static bool isCold(const Function &F) {
-  return F.hasFnAttribute(Attribute::Cold);
-}
-
-//===----------------------------------------------------------------------===//
-// The lists
-//===----------------------------------------------------------------------===//
-
-// What can be told from the function itself stands before what needs a walk
-// over its calls or its body.
-static const ProtectionReason Hazards[] = {
-    {"Interposable", "another definition may take its place", isInterposable},
-    {"LocalInComdat",
-     "it is local to a comdat group, which the linker may discard",
-     isLocalInComdat},
-    {"Naked", "it has no prologue and epilogue (naked)", isNaked},
-    {"UnsplitCoroutine", "it is a coroutine", isUnsplitCoroutine},
-    {"TailCallConvention", "its calling convention promises tail calls",
-     hasTailCallConvention},
-    {"TiedArgument",
-     "an argument is tied to its call (inalloca, preallocated or swifterror)",
-     hasTiedArgument},
-    {"DataAtEntry", "data stands in front of its code or at its entry",
-     hasDataAtEntry},
-    {"BlockAddress", "the address of one of its labels is taken",
-     hasBlockAddress},
-    {"MustTail", "a call of it must be a tail call (musttail)",
-     hasMustTailCall},
-    {"OperandBundle", "a call of it carries an operand bundle",
-     hasCallWithBundle},
-    {"CallAlignment",
-     "a call aligns an argument in memory more than the function asks for",
-     hasAlignmentOfCall},
-    {"EscapedFrame", "other functions reach its local variables (localescape)",
-     hasEscapedFrame},
-    {"AsmLabel", "inline assembly in it defines a symbol", hasAsmLabel},
-    {"NoDuplicate", "it, or a call in it, must not be duplicated",
-     isNotDuplicable},
-    {"TooLarge",
-     "it has more instructions than inlinerecursion-max-function-size allows",
-     isTooLarge},
-    {"LargeFrame",
-     "its local variables take more stack than "
-     "inlinerecursion-max-frame-size allows",
-     hasLargeFrame},
-};
-
-static const ProtectionReason Wishes[] = {
-    {"NoInline", "it, or a call of it, is not to be inlined (noinline)",
-     isNotToBeInlined},
-    {"OptimisedForSize", "it is to be optimised for size", isOptimisedForSize},
-    {"Cold", "it is rarely called (cold)", isCold},
-};
 
 /// Of what the driver can never accept.
 static const ProtectionReason NotRecursive = {
@@ -301,38 +26,18 @@ static const ProtectionReason SkippedByCounter = {
       return !DebugCounter::shouldExecute(FunctionCounter);
     }};
 
-static const ProtectionReason *
-findFirst(ArrayRef<ProtectionReason> Reasons,
-          function_ref<bool(const ProtectionReason &)> Wanted) {
-  const auto *Found = find_if(Reasons, Wanted);
-  return Found == Reasons.end() ? nullptr : Found;
-}
-
-const ProtectionReason *llvm::inlinerecursion::findHazard(const Function &F) {
-  return findFirst(Hazards,
-                   [&](const ProtectionReason &R) { return R.Holds(F); });
-}
-
-const ProtectionReason *llvm::inlinerecursion::findWish(const Function &F) {
-  return findFirst(Wishes,
-                   [&](const ProtectionReason &R) { return R.Holds(F); });
-}
-
 const ProtectionReason *
 llvm::inlinerecursion::getProtection(const Function &F) {
   const Attribute Mark = F.getFnAttribute(ProtectedMark);
   if (!Mark.isValid())
     return nullptr;
-  auto IsNamed = [&Mark](const ProtectionReason &R) {
-    return R.Name == Mark.getValueAsString();
-  };
-  if (const auto *Hazard = findFirst(Hazards, IsNamed))
-    return Hazard;
-  if (const auto *Wish = findFirst(Wishes, IsNamed))
-    return Wish;
-  if (const auto *Skipped = findFirst(SkippedByCounter, IsNamed))
-    return Skipped;
-  return findFirst(NotRecursive, IsNamed);
+  for (const ArrayRef<ProtectionReason> Reasons :
+       {getHazards(), getWishes(), ArrayRef(SkippedByCounter),
+        ArrayRef(NotRecursive)})
+    for (const ProtectionReason &R : Reasons)
+      if (R.Name == Mark.getValueAsString())
+        return &R;
+  return nullptr;
 }
 
 static void protect(Function &F, const ProtectionReason &Reason) {
@@ -352,58 +57,16 @@ void llvm::inlinerecursion::removeProtection(Module &M) {
 }
 
 /// What \p F has to be kept away for; null if the pass may have it.
-static const ProtectionReason *findReason(const Function &F) {
+static const ProtectionReason *findProtection(const Function &F) {
   if (NotRecursive.Holds(F))
     return &NotRecursive;
-  if (const ProtectionReason *Hazard = findHazard(F))
+  if (const ProtectionReason *Hazard = findReason(getHazards(), F))
     return Hazard;
   if (const ProtectionReason *Wish = findWish(F);
       Wish && !F.hasFnAttribute(Request))
     return Wish;
   // Last, so that it counts what the pass may otherwise have.
   return SkippedByCounter.Holds(F) ? &SkippedByCounter : nullptr;
-}
-
-//===----------------------------------------------------------------------===//
-// Large rings
-//===----------------------------------------------------------------------===//
-
-/// The size of a ring of \p Copies copies of \p F, once those that fit are
-/// inlined.  How long the ring will be is for the gate to say, so \p Copies is
-/// the longest that it may ask for.
-static uint64_t estimateRingSize(const Function &F, unsigned Copies) {
-  const uint64_t SelfCalls = count_if(F.users(), [&F](const User *U) {
-    const auto *Call = dyn_cast<CallInst>(U);
-    return Call && Call->getCalledFunction() == &F && Call->getFunction() == &F;
-  });
-  const uint64_t Limit =
-      getPassOption(SelfCalls == 1 ? "inlinerecursion-ring-size-one-call"
-                                   : "inlinerecursion-ring-size-calls");
-  const uint64_t BodySize = F.getInstructionCount();
-
-  // From the copy that closes the ring to the one that is entered.
-  uint64_t Total = BodySize, Inlined = 0;
-  for (unsigned Copy = 1; Copy < Copies; ++Copy) {
-    const uint64_t Size = BodySize + SelfCalls * Inlined;
-    Inlined = Size <= Limit ? Size : 0;
-    Total += Inlined ? 0 : Size;
-  }
-  return Total + Inlined;
-}
-
-static void withdrawLargeRequest(Function &F) {
-  const unsigned Copies = getPassOption(LongestRingOption);
-  const uint64_t Size = estimateRingSize(F, Copies);
-  if (Size <= MaxRingSize)
-    return;
-  F.removeFnAttr(Request);
-  if (!areRemarksEnabled(*F.getParent()))
-    return;
-  Verdict V(false, "RequestWithdrawn");
-  V << "request withdrawn, a ring of " << NV("Copies", Copies)
-    << " copies would have " << NV("Instructions", Size)
-    << " instructions, more than " << NV("Limit", unsigned(MaxRingSize));
-  emitRemark(F, V);
 }
 
 PreservedAnalyses ProtectionPass::run(Module &M, ModuleAnalysisManager &) {
@@ -414,7 +77,7 @@ PreservedAnalyses ProtectionPass::run(Module &M, ModuleAnalysisManager &) {
       continue;
     if (F.hasFnAttribute(Request))
       withdrawLargeRequest(F);
-    if (const ProtectionReason *Reason = findReason(F))
+    if (const ProtectionReason *Reason = findProtection(F))
       protect(F, *Reason);
     else
       markOrigin(F);

@@ -1,4 +1,4 @@
-//===- Protection.h - What must not be cloned or redirected -----*- C++ -*-===//
+//===- Protection.h - What the pass is kept away from -----------*- C++ -*-===//
 //
 /// \file
 /// The pass follows its own rules and asks nobody whether a function may be
@@ -13,14 +13,7 @@
 /// a real copy.  Both are taken back behind the pass (see CallRepair.h);
 /// nothing of them is left in the module.
 ///
-/// There are two kinds of reasons.  Hazards hold always.  Wishes are what the
-/// source says about the function (noinline, cold, optimise for size); a
-/// request for a ring, being the user's word too, overrules them.  No request
-/// is found for a function that is not to be inlined (see Requests.h).
-///
-/// What the pass loses and can be put back behind it is no reason to keep it
-/// away; see CallRepair.h.  docs/hazards.md has the list of all that was looked
-/// at, and what was decided.
+/// The reasons are tables (Hazards.h).
 ///
 /// Compile time: the driver obtains dominator tree and ScalarEvolution of every
 /// function with a body, while it can accept none that is neither directly
@@ -33,7 +26,7 @@
 #ifndef INLINERECURSION_PLUGIN_LEGALITY_PROTECTION_H
 #define INLINERECURSION_PLUGIN_LEGALITY_PROTECTION_H
 
-#include "llvm/ADT/StringRef.h"
+#include "plugin/legality/Hazards.h"
 #include "llvm/IR/PassManager.h"
 
 namespace llvm {
@@ -41,29 +34,6 @@ namespace llvm {
 class Function;
 
 namespace inlinerecursion {
-
-/// Why a function is kept away from the pass.
-struct ProtectionReason {
-  /// One word in UpperCamelCase: a remark's name, and the attribute's value.
-  StringLiteral Name;
-  /// Half a sentence about the function.
-  StringLiteral Text;
-  bool (*Holds)(const Function &F);
-};
-
-/// The first hazard of \p F, which has a body and calls itself or is requested;
-/// null if there is none.
-const ProtectionReason *findHazard(const Function &F);
-
-/// The first wish in the source of \p F against copies; null if there is none.
-const ProtectionReason *findWish(const Function &F);
-
-/// The local variables of \p F in memory, as far as their size is known
-/// (bytes).
-uint64_t getFrameSize(const Function &F);
-
-/// The wish not to inline \p F, at the function or at a call of it.
-bool isNotToBeInlined(const Function &F);
 
 /// Why \p F is protected at the moment; null if it is not.
 const ProtectionReason *getProtection(const Function &F);

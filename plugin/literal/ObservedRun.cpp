@@ -7,6 +7,7 @@
 #include "plugin/ir/Names.h"
 #include "plugin/ir/PassOption.h"
 #include "plugin/literal/Requests.h"
+#include "plugin/recursion/SelfCalls.h"
 #include "llvm/ADT/SetVector.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"

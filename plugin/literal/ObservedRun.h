@@ -12,7 +12,7 @@
 #ifndef INLINERECURSION_PLUGIN_LITERAL_OBSERVEDRUN_H
 #define INLINERECURSION_PLUGIN_LITERAL_OBSERVEDRUN_H
 
-#include "plugin/tell/Verdict.h"
+#include "plugin/literal/Reasons.h"
 #include "llvm/ADT/STLFunctionalExtras.h"
 #include "llvm/IR/PassManager.h"
 

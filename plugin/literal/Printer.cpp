@@ -1,8 +1,10 @@
 //===- Printer.cpp - What the pass would decide ---------------------------===//
 
 #include "plugin/literal/Printer.h"
+#include "plugin/ir/Names.h"
 #include "plugin/ir/SingleRun.h"
 #include "plugin/literal/ObservedRun.h"
+#include "plugin/literal/PluginPass.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
@@ -58,4 +60,9 @@ PreservedAnalyses PrinterPass::run(Module &M, ModuleAnalysisManager &) {
   SingleRun Alone;
   runObserved(*Copy, FAM, Level, printDecision);
   return PreservedAnalyses::all();
+}
+
+void PrinterPass::printPipeline(raw_ostream &OS,
+                                function_ref<StringRef(StringRef)>) {
+  printWithLevel(OS, PrinterName, Level);
 }

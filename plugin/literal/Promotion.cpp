@@ -1,8 +1,9 @@
 //===- Promotion.cpp - Arguments passed by reference ----------------------===//
 
 #include "plugin/literal/Promotion.h"
+#include "host/DirectCalls.h"
 #include "plugin/ir/Names.h"
-#include "plugin/tell/Verdict.h"
+#include "plugin/recursion/SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/CGSCCPassManager.h"
@@ -62,9 +63,8 @@ PreservedAnalyses PromotionPass::run(Module &M, ModuleAnalysisManager &MAM) {
     const Function *F = M.getFunction(Name);
     if (!F || F->getFunctionType() == OldType)
       continue;
-    for (const User *U : F->users())
-      if (const auto *Call = dyn_cast<CallBase>(U))
-        Callers.insert(const_cast<Function *>(Call->getFunction()));
+    for (CallBase *Call : findCallsOf<CallBase>(*F))
+      Callers.insert(Call->getFunction());
   }
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   for (Function *Caller : Callers)

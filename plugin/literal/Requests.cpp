@@ -1,17 +1,18 @@
 //===- Requests.cpp - Who asks for a ring ---------------------------------===//
 
 #include "plugin/literal/Requests.h"
-#include "host/FunctionSpecializeAction.h"
+#include "host/DirectCalls.h"
 #include "host/InliningPlan.h"
 #include "pass/InlineRecursion.h"
 #include "plugin/ir/Driver.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/PassOption.h"
 #include "plugin/ir/SingleRun.h"
-#include "plugin/legality/Protection.h"
+#include "plugin/legality/Hazards.h"
 #include "plugin/literal/RingAlignment.h"
 #include "plugin/recursion/EqualCalls.h"
 #include "plugin/recursion/SelfCalls.h"
+#include "plugin/recursion/Unrolling.h"
 #include "plugin/tell/Remarks.h"
 #include "plugin/tell/Verdict.h"
 #include "llvm/ADT/STLExtras.h"
@@ -78,13 +79,10 @@ static void markAnnotated(Module &M) {
 
 /// Would the ring be entered with a constant anywhere?
 static bool hasConstantEntry(const Function &F) {
-  return any_of(F.users(), [&F](const User *U) {
-    const auto *Call = dyn_cast<CallInst>(U);
-    return Call && Call->getCalledFunction() == &F &&
-           Call->getFunction() != &F &&
-           any_of(Call->args(), [](const Use &Arg) {
-             return isa<Constant>(Arg) && !isa<UndefValue>(Arg);
-           });
+  return anyCallOf(F, [](const CallInst &Call) {
+    return !isSelfCall(Call) && any_of(Call.args(), [](const Use &Arg) {
+      return isa<Constant>(Arg) && !isa<UndefValue>(Arg);
+    });
   });
 }
 
@@ -186,4 +184,9 @@ PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   withdrawRequests(M, FAM);
   // No analysis reads these attributes.
   return PreservedAnalyses::all();
+}
+
+void RequestsPass::printPipeline(raw_ostream &OS,
+                                 function_ref<StringRef(StringRef)>) {
+  OS << RequestsName << "<" << (FindRequests ? "" : "no-") << "find-requests>";
 }

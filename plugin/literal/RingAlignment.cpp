@@ -1,14 +1,14 @@
 //===- RingAlignment.cpp - A copy for each remainder ----------------------===//
 
 #include "plugin/literal/RingAlignment.h"
+#include "host/BodyComparison.h"
+#include "host/DirectCalls.h"
 #include "plugin/ir/CloneChain.h"
 #include "plugin/ir/ForwardingCall.h"
 #include "plugin/ir/Names.h"
-#include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/ValueTracking.h"
 #include "llvm/IR/IRBuilder.h"
-#include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
 #include "llvm/IR/PatternMatch.h"
@@ -23,12 +23,9 @@ static constexpr unsigned MaxStepBits = 16;
 /// The plain calls in \p Caller of one of \p Callees.
 static SmallVector<CallInst *, 4> findPlainCalls(Function &Caller,
                                                  ArrayRef<Function *> Callees) {
-  SmallVector<CallInst *, 4> Calls;
-  for (Instruction &I : instructions(Caller))
-    if (auto *Call = dyn_cast<CallInst>(&I))
-      if (is_contained(Callees, Call->getCalledFunction()))
-        Calls.push_back(Call);
-  return Calls;
+  return findCallsIn(Caller, [Callees](const Function &Callee) {
+    return is_contained(Callees, &Callee);
+  });
 }
 
 /// The divisor of \p I, if that is a remainder of an argument by a constant in
@@ -103,58 +100,15 @@ llvm::inlinerecursion::findAlignment(Function &F, ArrayRef<Function *> Links,
   return RingAlignment{A.getArgNo(), Divisor, Down > Up, MayWrap};
 }
 
-/// Is \p Copy, instruction by instruction, what \p F is?  Both may call any of
-/// \p Links where they call themselves.
-static bool isCopyOf(const Function &Copy, const Function &F,
-                     ArrayRef<Function *> Links) {
-  if (Copy.getFunctionType() != F.getFunctionType() || Copy.size() != F.size())
-    return false;
-  DenseMap<const Value *, const Value *> Twins;
-  SmallVector<std::pair<const Instruction *, const Instruction *>, 64> Pairs;
-  for (auto [Ours, Theirs] : zip(Copy.args(), F.args()))
-    Twins[&Ours] = &Theirs;
-  for (auto [Ours, Theirs] : zip(Copy, F)) {
-    if (Ours.sizeWithoutDebug() != Theirs.sizeWithoutDebug())
-      return false;
-    Twins[&Ours] = &Theirs;
-    for (auto [I, J] : zip(Ours.instructionsWithoutDebug(),
-                           Theirs.instructionsWithoutDebug())) {
-      Twins[&I] = &J;
-      Pairs.push_back({&I, &J});
-    }
-  }
-
-  auto AreTwins = [&](const Value *V, const Value *W) {
-    if (const Value *Twin = Twins.lookup(V))
-      return Twin == W;
-    return V == W || (is_contained(Links, V) && is_contained(Links, W));
-  };
-  // The pass has made those of the copy anew, without their attributes.
-  auto IsLink = [&Links](const Instruction *I) {
-    const auto *Call = dyn_cast<CallInst>(I);
-    return Call && is_contained(Links, Call->getCalledFunction());
-  };
-  return all_of(Pairs, [&](const auto &Pair) {
-    const auto [I, J] = Pair;
-    const bool IsSame =
-        (IsLink(I) && IsLink(J)) ||
-        (I->isSameOperationAs(J) && I->hasSameSubclassOptionalData(J));
-    if (!IsSame ||
-        !all_of_zip(I->operand_values(), J->operand_values(), AreTwins))
-      return false;
-    const auto *Phi = dyn_cast<PHINode>(I);
-    return !Phi ||
-           all_of_zip(Phi->blocks(), cast<PHINode>(J)->blocks(), AreTwins);
-  });
-}
-
 std::optional<RingAlignment>
 llvm::inlinerecursion::findAlignment(const CloneChain &Ring) {
   // Named like copies of the origin, which a linker may see to, but no such.
-  SmallVector<Function *, 8> Links = Ring.Copies;
-  Links.push_back(Ring.Origin);
+  auto IsLink = [&Ring](const Function &F) {
+    return &F == Ring.Origin || is_contained(Ring.Copies, &F);
+  };
   if (!all_of(Ring.Copies, [&](const Function *Copy) {
-        return isCopyOf(*Copy, *Ring.Origin, Links);
+        return haveSameBody(*Copy, *Ring.Origin, IsLink,
+                            BodyComparison::AsCopied);
       }))
     return std::nullopt;
   // What nobody enters is to go away.

@@ -1,17 +1,19 @@
 //===- RingInlining.cpp - How much of a ring is inlined -------------------===//
 
 #include "plugin/literal/RingInlining.h"
+#include "host/DirectCalls.h"
 #include "host/InliningPlan.h"
 #include "plugin/ir/CloneChain.h"
 #include "plugin/ir/Names.h"
+#include "plugin/legality/RingSize.h"
 #include "plugin/literal/RingAlignment.h"
 #include "plugin/recursion/SelfCalls.h"
+#include "plugin/recursion/Unrolling.h"
 #include "plugin/tell/Remarks.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"
-#include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
@@ -19,16 +21,6 @@
 using namespace llvm;
 using namespace llvm::inlinerecursion;
 using ore::NV;
-
-static cl::opt<unsigned> SizeOneSelfCall(
-    "inlinerecursion-ring-size-one-call", cl::init(1500), cl::Hidden,
-    cl::desc("Largest size at which a copy in a ring is inlined, where the "
-             "function has one self call (instructions)"));
-
-static cl::opt<unsigned> SizeSelfCalls(
-    "inlinerecursion-ring-size-calls", cl::init(300), cl::Hidden,
-    cl::desc("Largest size at which a copy in a ring is inlined, where the "
-             "function has several self calls (instructions)"));
 
 static cl::opt<unsigned> SizeUnrollableLoop(
     "inlinerecursion-ring-size-loop", cl::init(100), cl::Hidden,
@@ -64,16 +56,14 @@ static unsigned getSizeLimit(const CloneChain &Ring,
   Function &Copy = *Ring.Copies.front();
   const auto &LI = FAM.getResult<LoopAnalysis>(Copy);
   auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(Copy);
-  unsigned SelfCalls = 0;
-  for (Instruction &I : instructions(Copy)) {
-    auto *Call = dyn_cast<CallInst>(&I);
-    if (!Call || !is_contained(Ring.Copies, Call->getCalledFunction()))
-      continue;
-    ++SelfCalls;
-    if (isInShortLoop(*Call, LI, SE))
-      return SizeUnrollableLoop;
-  }
-  return SelfCalls == 1 ? SizeOneSelfCall : SizeSelfCalls;
+  const auto Links = findCallsIn(Copy, [&Ring](const Function &Callee) {
+    return is_contained(Ring.Copies, &Callee);
+  });
+  if (any_of(Links, [&](const CallInst *Call) {
+        return isInShortLoop(*Call, LI, SE);
+      }))
+    return SizeUnrollableLoop;
+  return getInlinedRingSize(Links.size());
 }
 
 PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {

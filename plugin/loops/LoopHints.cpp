@@ -2,6 +2,7 @@
 
 #include "plugin/loops/LoopHints.h"
 #include "plugin/ir/Names.h"
+#include "plugin/recursion/Unrolling.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/ScalarEvolution.h"
@@ -10,27 +11,14 @@
 #include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
 #include "llvm/Transforms/Utils/LoopUtils.h"
-#include <algorithm>
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
-
-static cl::opt<unsigned> UnrollLimit(
-    "inlinerecursion-unroll-limit", cl::init(2000), cl::Hidden,
-    cl::desc("Largest size, in instructions, to which a loop of constant trip "
-             "count in a copy of a recursive function is unrolled; 0 leaves "
-             "unrolling to the compiler"));
 
 static cl::opt<bool> CutRecurrences(
     "inlinerecursion-cut-recurrences", cl::init(true), cl::Hidden,
     cl::desc("Keep loop strength reduction from values that span several loops "
              "of a flattened recursion"));
-
-// Branches that an unrolled loop may hold.  A search for paths over a grid ran
-// at its best with 84 of them and four times slower than rolled with 340; the
-// bound lies between the two.  Branch prediction is the likely reason, but that
-// has not been measured.
-static constexpr unsigned MaxUnrolledBranches = 160;
 
 /// Is \p L, or was it before inlining, a loop around a link of a chain?
 static bool isChainLoop(const Loop &L) {
@@ -56,52 +44,6 @@ PreservedAnalyses ChainLoopsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   return PreservedAnalyses::all();
 }
 
-/// The number of trips that \p L makes unless it is left early by an exit that
-/// does not count them; 0 if no exit does.
-static unsigned getTripCount(const Loop &L, ScalarEvolution &SE) {
-  SmallVector<BasicBlock *, 4> ExitingBlocks;
-  L.getExitingBlocks(ExitingBlocks);
-  unsigned Least = 0;
-  for (BasicBlock *BB : ExitingBlocks)
-    if (unsigned Count = SE.getSmallConstantTripCount(&L, BB))
-      Least = Least ? std::min(Least, Count) : Count;
-  return Least;
-}
-
-namespace {
-/// Instructions and branches in a loop.
-struct LoopSize {
-  uint64_t Instructions = 0;
-  uint64_t Branches = 0;
-};
-} // namespace
-
-static LoopSize measure(const Loop &L) {
-  LoopSize Size;
-  for (const BasicBlock *BB : L.blocks()) {
-    Size.Instructions += BB->sizeWithoutDebug();
-    Size.Branches += BB->getTerminator()->getNumSuccessors() > 1;
-  }
-  return Size;
-}
-
-/// Would a loop of \p Size stay within bounds, \p TripCount times in a row?
-static bool isWorthUnrolling(LoopSize Size, uint64_t TripCount) {
-  return Size.Instructions * TripCount <= UnrollLimit &&
-         Size.Branches * TripCount <= MaxUnrolledBranches;
-}
-
-bool llvm::inlinerecursion::isUnrolledInItself(const Loop &L,
-                                               uint64_t TripCount) {
-  if (!L.isInnermost() || TripCount < 2)
-    return false;
-  const LoopSize Trip = measure(L);
-  // Unrolled, the copy has no branch left that counts trips.
-  return isWorthUnrolling({Trip.Instructions * TripCount,
-                           Trip.Branches + (Trip.Branches - 1) * TripCount},
-                          TripCount);
-}
-
 PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
                                      LoopStandardAnalysisResults &AR,
                                      LPMUpdater &) {
@@ -110,7 +52,7 @@ PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
   if (!L.isInnermost())
     return PreservedAnalyses::all();
 
-  const unsigned TripCount = getTripCount(L, AR.SE);
+  const unsigned TripCount = getLargestTripCount(L, AR.SE);
   if (TripCount < 2) {
     if (isChainLoop(L) &&
         !findStringMetadataForLoop(&L, "llvm.loop.vectorize.enable"))
@@ -119,7 +61,7 @@ PreservedAnalyses LoopHintsPass::run(Loop &L, LoopAnalysisManager &,
   }
 
   if (hasCloneMark(*L.getHeader()->getParent()) &&
-      isWorthUnrolling(measure(L), TripCount) && !hasUnrollTransformation(&L))
+      isWorthUnrolling(L, TripCount) && !hasUnrollTransformation(&L))
     addStringMetadataToLoop(&L, "llvm.loop.unroll.full", 1);
   return PreservedAnalyses::all();
 }

@@ -50,11 +50,6 @@ class LPMUpdater;
 
 namespace inlinerecursion {
 
-/// Would LoopHintsPass ask for unrolling \p L, a loop without others in it,
-/// with a copy of all its \p TripCount trips in each trip?  An estimate, as the
-/// copy is simplified before the pass sees it.
-bool isUnrolledInItself(const Loop &L, uint64_t TripCount);
-
 /// Marks the loops of functions with links (the function itself, its copies)
 /// that contain a call of such a function.
 class ChainLoopsPass : public PassInfoMixin<ChainLoopsPass> {

@@ -64,13 +64,12 @@ bool llvm::inlinerecursion::hasEqualCalls(Function &F,
            A->getAPInt().abs().ule(B->getAPInt().abs());
   };
   for (auto [Call, Step] : zip(Calls, Steps)) {
-    if (!isTailCall(*Call) && !isAccumulating(*Call))
+    if (!becomesLoop(*Call))
       continue;
     const bool IsCovered =
         any_of(zip(Calls, Steps), [&, Call = Call, &Step = Step](auto P) {
           const CallBase &Other = *std::get<0>(P);
-          return !isTailCall(Other) && !isAccumulating(Other) &&
-                 DT.dominates(&Other, Call) &&
+          return !becomesLoop(Other) && DT.dominates(&Other, Call) &&
                  all_of(zip(std::get<1>(P), Step), [&](auto Pair) {
                    return IsNotLarger(std::get<0>(Pair), std::get<1>(Pair));
                  });

@@ -1,12 +1,12 @@
 //===- SelfCalls.cpp - The calls that make a recursion --------------------===//
 
 #include "plugin/recursion/SelfCalls.h"
+#include "host/DirectCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/Analysis/CFG.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/PostDominators.h"
-#include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/IR/Dominators.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
@@ -16,17 +16,13 @@ using namespace llvm::inlinerecursion;
 
 SmallVector<CallBase *, 4>
 llvm::inlinerecursion::findCalls(Function &F, const Function &Callee) {
-  SmallVector<CallBase *, 4> Calls;
-  for (Instruction &I : instructions(F)) {
-    auto *Call = dyn_cast<CallBase>(&I);
-    if (Call && Call->getCalledFunction() == &Callee)
-      Calls.push_back(Call);
-  }
-  return Calls;
+  return findCallsIn<CallBase>(
+      F, [&Callee](const Function &Called) { return &Called == &Callee; });
 }
 
-/// A loop of more trips is not unrolled completely for the sake of its call.
-static constexpr unsigned MaxUnrollableTrips = 16;
+bool llvm::inlinerecursion::isDirectlyRecursive(const Function &F) {
+  return anyCallOf<CallBase>(F, isSelfCall);
+}
 
 /// Is \p Result (null for none) returned right behind \p I, either there or in
 /// a block of returns that \p I's block goes to?  Where a scope ends, empty
@@ -64,12 +60,8 @@ bool llvm::inlinerecursion::isAccumulating(const CallBase &Call) {
          Operation->hasOneUse() && isReturnedBehind(*Operation, Operation);
 }
 
-bool llvm::inlinerecursion::isInShortLoop(const CallBase &Call,
-                                          const LoopInfo &LI,
-                                          ScalarEvolution &SE) {
-  const Loop *L = LI.getLoopFor(Call.getParent());
-  const unsigned Trips = L ? SE.getSmallConstantTripCount(L) : 0;
-  return Trips > 1 && Trips <= MaxUnrollableTrips;
+bool llvm::inlinerecursion::becomesLoop(const CallBase &Call) {
+  return isTailCall(Call) || isAccumulating(Call);
 }
 
 bool llvm::inlinerecursion::dependsOnResult(const Value *V,

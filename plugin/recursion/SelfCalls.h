@@ -23,7 +23,6 @@ class Function;
 class Loop;
 class LoopInfo;
 class PostDominatorTree;
-class ScalarEvolution;
 class Value;
 
 namespace inlinerecursion {
@@ -31,6 +30,9 @@ namespace inlinerecursion {
 /// The direct calls (`call` or `invoke`) of \p Callee in \p F, in the order of
 /// its body.
 SmallVector<CallBase *, 4> findCalls(Function &F, const Function &Callee);
+
+/// Does \p F call itself directly, by `call`, `invoke` or `callbr`?
+bool isDirectlyRecursive(const Function &F);
 
 /// The direct calls of \p F in itself.
 inline SmallVector<CallBase *, 4> findSelfCalls(Function &F) {
@@ -46,10 +48,8 @@ bool isTailCall(const CallBase &Call);
 /// turns such a call into a trip of a loop, with an accumulator.
 bool isAccumulating(const CallBase &Call);
 
-/// Does \p Call stand in a loop of so few trips, and a known number of them,
-/// that the compiler unrolls it as long as it is small?
-bool isInShortLoop(const CallBase &Call, const LoopInfo &LI,
-                   ScalarEvolution &SE);
+/// Does tail recursion elimination turn \p Call into a trip of a loop?
+bool becomesLoop(const CallBase &Call);
 
 /// Does \p V depend on the result of one of \p Calls, by fewer than \p Depth
 /// operations?

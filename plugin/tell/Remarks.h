@@ -11,6 +11,7 @@
 #ifndef INLINERECURSION_PLUGIN_TELL_REMARKS_H
 #define INLINERECURSION_PLUGIN_TELL_REMARKS_H
 
+#include "pass/InlineRecursion.h"
 #include "plugin/tell/Verdict.h"
 
 namespace llvm {

@@ -1,20 +1,17 @@
-//===- Verdict.h - Why a function was chained, or was not -------*- C++ -*-===//
+//===- Verdict.h - One decision about one function --------------*- C++ -*-===//
 //
 /// \file
-/// The pass answers with a bool.  This room finds the words for it: the one
-/// reason that decided, with its numbers.  Whether a function is accepted is
-/// always the costing record's own answer; only the reason is worked out here,
-/// rule by rule in the order of the record.
+/// What was decided about a recursive function, and the one reason that decided
+/// it, with its numbers.  Whoever decides makes one; remarks and the printer
+/// tell it.
 ///
 //===----------------------------------------------------------------------===//
 
 #ifndef INLINERECURSION_PLUGIN_TELL_VERDICT_H
 #define INLINERECURSION_PLUGIN_TELL_VERDICT_H
 
-#include "pass/InlineRecursion.h"
 #include "llvm/ADT/SmallVector.h"
 #include "llvm/IR/DiagnosticInfo.h"
-#include <optional>
 #include <string>
 
 namespace llvm {
@@ -45,18 +42,11 @@ struct Verdict {
   std::string str() const;
 };
 
-/// Does \p F call itself directly, by `call`, `invoke` or `callbr`?
-bool isDirectlyRecursive(const Function &F);
+/// The decision to leave a function as it is, for the reason \p Name.
+inline Verdict refuse(StringRef Name) { return {/*Accepted=*/false, Name}; }
 
-/// Why the driver will not even look at \p F (directly recursive, with a body);
-/// none if it will.
-std::optional<Verdict> judgeFilter(const Function &F);
-
-/// The decision that the driver is about to take on the freshly analysed
-/// \p Costing, with \p CloneCount copies granted so far.  The record and the
-/// option that carries the depth are left as they were, and nothing is printed.
-Verdict judgeCosting(InlineRecursion::InlineRecursionCosting Costing,
-                     unsigned CloneCount);
+/// The decision to rebuild a function.
+inline Verdict accept(StringRef Name) { return {/*Accepted=*/true, Name}; }
 
 } // namespace inlinerecursion
 } // namespace llvm

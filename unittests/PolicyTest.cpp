@@ -1,7 +1,10 @@
-//===- AutoPolicyTest.cpp - What pays without being asked -----------------===//
+//===- PolicyTest.cpp - What pays without being asked -----------------===//
 
-#include "TestModule.h"
 #include "plugin/policy/Policy.h"
+#include "TestModule.h"
+#include "plugin/policy/Bounds.h"
+#include "plugin/policy/Facts.h"
+#include "plugin/policy/Preparation.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -9,17 +12,18 @@ using namespace llvm::unittest;
 
 namespace {
 
-const AutoBounds Wide = {7, 550};
+const Bounds Wide = {7, 550};
 
 /// What the policy says about @f of a module.
 class Asked {
 public:
-  explicit Asked(const std::string &Assembly, AutoBounds Bounds = Wide,
+  explicit Asked(const std::string &Assembly, Bounds Limits = Wide,
                  StringRef Name = "f")
-      : TM(Assembly), Policy(TM.function(Name), analyses()),
-        PassesSum(Policy.findSumToPass(Bounds)),
-        LoopsFirst(Policy.wantsLoopsFirst(Bounds)),
-        Plan(Policy.makePlan(Bounds)) {}
+      : TM(Assembly),
+        Known(TM.function(Name), analyses(), Limits.InlinerFollows),
+        What(makePlan(Known, Limits)),
+        PassesSum(findSumToPass(Known, Limits, What)),
+        LoopsFirst(wantsLoopsFirst(Known, Limits, What)) {}
 
 private:
   TestModule TM;
@@ -28,20 +32,20 @@ private:
         .getResult<FunctionAnalysisManagerModuleProxy>(TM.module())
         .getManager();
   }
-  AutoPolicy Policy;
+  const Facts Known;
 
 public:
+  const Plan What;
   const bool PassesSum;
   const bool LoopsFirst;
-  const RecursionPlan Plan;
-  std::string name() const { return Plan.Decision.Name.str(); }
+  std::string name() const { return What.Decision.Name.str(); }
 };
 
 /// Does a ring of two copies without a guard leave equal calls to be merged?
 bool merges(const std::string &Assembly) {
   const Asked A(Assembly);
-  const bool Merges = A.Plan.Kind == RecursionPlan::Ring &&
-                      A.Plan.Copies == 2 && !A.Plan.Guard && !A.Plan.Staggered;
+  const bool Merges = A.What.Kind == Plan::Ring && A.What.Copies == 2 &&
+                      !A.What.Guard && !A.What.Staggered;
   // The policy leaves what merges as it is.
   EXPECT_FALSE(Merges && A.LoopsFirst);
   return Merges;
@@ -158,10 +162,10 @@ rec:
 }
 )");
   EXPECT_FALSE(A.LoopsFirst);
-  ASSERT_EQ(A.Plan.Copies, 2u);
-  EXPECT_FALSE(A.Plan.Guard);
+  ASSERT_EQ(A.What.Copies, 2u);
+  EXPECT_FALSE(A.What.Guard);
   // A body is 9 and a call 1: 9 + 2 * (9 + 2 * 1).
-  EXPECT_EQ(A.Plan.Growth, 31u);
+  EXPECT_EQ(A.What.Growth, 31u);
   EXPECT_EQ(A.name(), "AutoRing");
 }
 
@@ -328,7 +332,7 @@ exit:
 )";
   const Asked A(Prelude + Tested);
   EXPECT_EQ(A.name(), "AutoRing");
-  EXPECT_FALSE(A.Plan.Guard);
+  EXPECT_FALSE(A.What.Guard);
   EXPECT_TRUE(A.LoopsFirst);
 }
 
@@ -384,27 +388,27 @@ std::string entered(const std::string &Outside) {
          "  ret void\n}\n";
 }
 
-const AutoBounds Chains = {7, 550, /*InlinerFollows=*/true};
+const Bounds Chains = {7, 550, /*InlinerFollows=*/true};
 const std::string EnteredWith3 =
     "  call void @f(i32 3, i32 %n, i32 1, i32 2)\n";
 
 TEST(AutoChainTest, AsDeepAsKnown) {
   const Asked A(entered(EnteredWith3), Chains);
   EXPECT_EQ(A.name(), "AutoChain");
-  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
+  EXPECT_EQ(A.What.Kind, Plan::Chain);
   // For the disks 3, 2, 1, 0.
-  EXPECT_EQ(A.Plan.Copies, 4u);
+  EXPECT_EQ(A.What.Copies, 4u);
   // Bodies of 8, once, twice and four times, and 8 calls that do nothing.
-  EXPECT_EQ(A.Plan.Growth, 7 * 8u + 8);
-  EXPECT_FALSE(A.Plan.Guard);
+  EXPECT_EQ(A.What.Growth, 7 * 8u + 8);
+  EXPECT_FALSE(A.What.Guard);
 }
 
 TEST(AutoChainTest, OfOneCopy) {
   const Asked A(entered("  call void @f(i32 0, i32 %n, i32 1, i32 2)\n"),
                 Chains);
-  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
-  EXPECT_EQ(A.Plan.Copies, 1u);
-  EXPECT_NE(A.Plan.Decision.str().find("chain of 1 copy by"),
+  EXPECT_EQ(A.What.Kind, Plan::Chain);
+  EXPECT_EQ(A.What.Copies, 1u);
+  EXPECT_NE(A.What.Decision.str().find("chain of 1 copy by"),
             std::string::npos);
 }
 
@@ -412,35 +416,34 @@ TEST(AutoChainTest, TheDeepestEntryAndAllOfThemCount) {
   const Asked A(
       entered(EnteredWith3 + "  call void @f(i32 1, i32 %n, i32 %n, i32 %n)\n"),
       Chains);
-  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
-  EXPECT_EQ(A.Plan.Copies, 4u);
-  EXPECT_EQ(A.Plan.Growth, 2 * 64u);
+  EXPECT_EQ(A.What.Kind, Plan::Chain);
+  EXPECT_EQ(A.What.Copies, 4u);
+  EXPECT_EQ(A.What.Growth, 2 * 64u);
 }
 
 TEST(AutoChainTest, OnlyIfAllOfItFits) {
-  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 64, true}).Plan.Kind,
-            RecursionPlan::Chain);
-  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 63, true}).Plan.Kind,
-            RecursionPlan::Leaves);
+  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 64, true}).What.Kind, Plan::Chain);
+  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 63, true}).What.Kind,
+            Plan::Leaves);
 }
 
 TEST(AutoChainTest, OnlyIfAnInlinerFollows) {
-  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 550, false}).Plan.Kind,
-            RecursionPlan::Ring);
+  EXPECT_EQ(Asked(entered(EnteredWith3), {7, 550, false}).What.Kind,
+            Plan::Ring);
 }
 
 TEST(AutoChainTest, NotIfAnyDepthIsUnknownOrTooLarge) {
   const std::string Unknown = "  call void @f(i32 %n, i32 0, i32 1, i32 2)\n";
-  EXPECT_EQ(Asked(entered(EnteredWith3 + Unknown), Chains).Plan.Kind,
-            RecursionPlan::Leaves);
+  EXPECT_EQ(Asked(entered(EnteredWith3 + Unknown), Chains).What.Kind,
+            Plan::Leaves);
   EXPECT_EQ(Asked(entered("  call void @f(i32 7, i32 0, i32 1, i32 2)\n"),
                   {7, 5000, true})
-                .Plan.Kind,
-            RecursionPlan::Leaves);
+                .What.Kind,
+            Plan::Leaves);
   EXPECT_EQ(Asked(entered("  call void @f(i32 6, i32 0, i32 1, i32 2)\n"),
                   {7, 5000, true})
-                .Plan.Kind,
-            RecursionPlan::Chain);
+                .What.Kind,
+            Plan::Chain);
 }
 
 TEST(AutoChainTest, AsDeepAsAllCallsTogetherGo) {
@@ -474,8 +477,8 @@ define void @outside() {
 }
 )",
                 Chains);
-  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Chain);
-  EXPECT_EQ(A.Plan.Copies, 5u);
+  EXPECT_EQ(A.What.Kind, Plan::Chain);
+  EXPECT_EQ(A.What.Copies, 5u);
 }
 
 //===----------------------------------------------------------------------===//
@@ -489,44 +492,43 @@ TEST(AutoLeavesTest, AsManyLevelsAsFit) {
   for (unsigned Levels = 2; Levels <= 6; ++Levels) {
     const Asked A(hanoi(), {9, Growth[Levels], /*InlinerFollows=*/true});
     EXPECT_EQ(A.name(), "AutoLeaves");
-    ASSERT_EQ(A.Plan.Kind, RecursionPlan::Leaves);
-    EXPECT_EQ(A.Plan.Copies, Levels + 1);
-    EXPECT_EQ(A.Plan.Growth, Growth[Levels]);
-    EXPECT_EQ(A.Plan.Counter->Values.size(), Levels + 1);
-    EXPECT_EQ(A.Plan.EntryLevels.front(), Levels);
-    EXPECT_EQ(A.Plan.EntryLevels.size(), Levels < 4 ? 1u : 2u);
-    EXPECT_EQ(A.Plan.EntryLevels.back(), Levels < 4 ? Levels : Levels / 2);
+    ASSERT_EQ(A.What.Kind, Plan::Leaves);
+    EXPECT_EQ(A.What.Copies, Levels + 1);
+    EXPECT_EQ(A.What.Growth, Growth[Levels]);
+    EXPECT_EQ(A.What.Counter->Values.size(), Levels + 1);
+    EXPECT_EQ(A.What.EntryLevels.front(), Levels);
+    EXPECT_EQ(A.What.EntryLevels.size(), Levels < 4 ? 1u : 2u);
+    EXPECT_EQ(A.What.EntryLevels.back(), Levels < 4 ? Levels : Levels / 2);
     const Asked Fewer(hanoi(),
                       {9, Growth[Levels] - 1, /*InlinerFollows=*/true});
-    EXPECT_EQ(Fewer.Plan.Kind,
-              Levels == 2 ? RecursionPlan::Nothing : RecursionPlan::Leaves);
-    EXPECT_LT(Fewer.Plan.Copies, Levels + 1);
+    EXPECT_EQ(Fewer.What.Kind, Levels == 2 ? Plan::Nothing : Plan::Leaves);
+    EXPECT_LT(Fewer.What.Copies, Levels + 1);
   }
 }
 
 TEST(AutoLeavesTest, NoMoreCopiesThanAllowed) {
-  EXPECT_EQ(Asked(hanoi(), {4, 5000, /*InlinerFollows=*/true}).Plan.Copies, 4u);
+  EXPECT_EQ(Asked(hanoi(), {4, 5000, /*InlinerFollows=*/true}).What.Copies, 4u);
   const Asked TooFew(hanoi(), {2, 5000, /*InlinerFollows=*/true});
-  EXPECT_EQ(TooFew.Plan.Kind, RecursionPlan::Ring);
+  EXPECT_EQ(TooFew.What.Kind, Plan::Ring);
 }
 
 TEST(AutoLeavesTest, VariablesInMemoryTakeLevels) {
   // Three levels have 7 bodies, and four with the two below them 15 + 3.
   EXPECT_EQ(
-      Asked(hanoi("  %v = alloca [64 x i8]\n"), {9, 5000, true}).Plan.Copies,
+      Asked(hanoi("  %v = alloca [64 x i8]\n"), {9, 5000, true}).What.Copies,
       4u);
 }
 
 TEST(AutoLeavesTest, OnlyIfAnInlinerFollows) {
-  EXPECT_EQ(Asked(hanoi(), {9, 5000, /*InlinerFollows=*/false}).Plan.Kind,
-            RecursionPlan::Ring);
+  EXPECT_EQ(Asked(hanoi(), {9, 5000, /*InlinerFollows=*/false}).What.Kind,
+            Plan::Ring);
 }
 
 TEST(AutoLeavesTest, NotWhereCallsMerge) {
   EXPECT_EQ(Asked(binary(step("a", -1, 0) + step("b", -1, 1) + Difference),
                   {9, 5000, true})
-                .Plan.Kind,
-            RecursionPlan::Ring);
+                .What.Kind,
+            Plan::Ring);
 }
 
 TEST(AutoLeavesTest, NotWhereItIsALoop) {
@@ -537,7 +539,7 @@ TEST(AutoLeavesTest, NotWhereItIsALoop) {
                               "  %s = mul i32 %b, %a\n  ret i32 %s";
   const Asked A(binary(Product), {9, 5000, true});
   EXPECT_FALSE(A.LoopsFirst);
-  EXPECT_EQ(A.Plan.Kind, RecursionPlan::Leaves);
+  EXPECT_EQ(A.What.Kind, Plan::Leaves);
   EXPECT_TRUE(Asked(binary(Product)).LoopsFirst);
 }
 
@@ -564,16 +566,14 @@ exit:
 )");
 
 TEST(AutoLeavesTest, WhereNoRingPaysAlsoIfItMayEndEarly) {
-  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, true}).Plan.Kind,
-            RecursionPlan::Leaves);
-  EXPECT_NE(Asked(MayEndEarly, {9, 5000, false}).Plan.Kind,
-            RecursionPlan::Leaves);
+  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, true}).What.Kind, Plan::Leaves);
+  EXPECT_NE(Asked(MayEndEarly, {9, 5000, false}).What.Kind, Plan::Leaves);
 
   // With the store behind the test there is a guard, and a ring.
   std::string Guarded = MayEndEarly;
   const std::string Store = "  store i32 %n, ptr %p\n";
   Guarded.erase(Guarded.find(Store), Store.size());
-  EXPECT_EQ(Asked(Guarded, {9, 5000, true}).Plan.Kind, RecursionPlan::Ring);
+  EXPECT_EQ(Asked(Guarded, {9, 5000, true}).What.Kind, Plan::Ring);
 }
 
 TEST(AutoLeavesTest, NotInALoop) {
@@ -586,7 +586,7 @@ loop:
   %c = call i1 @more()
   br i1 %c, label %loop, label %out
 out:)");
-  EXPECT_EQ(Asked(InLoop, {9, 5000, true}).Plan.Kind, RecursionPlan::Ring);
+  EXPECT_EQ(Asked(InLoop, {9, 5000, true}).What.Kind, Plan::Ring);
 }
 
 //===----------------------------------------------------------------------===//
@@ -619,7 +619,7 @@ exit:
 }
 
 TEST(AutoSumTest, PassedInARing) {
-  const AutoBounds Ring = {9, 900, /*InlinerFollows=*/true};
+  const Bounds Ring = {9, 900, /*InlinerFollows=*/true};
   const std::string Halves = "i32 %h, ptr %q";
   std::string Sum = sumOf(Halves, Halves);
   Sum.insert(Sum.find("  %q ="), "  %h = lshr i32 %n, 1\n");
@@ -632,14 +632,14 @@ TEST(AutoSumTest, PassedInARing) {
 }
 
 TEST(AutoSumTest, NotWhereConstantsMakeIt) {
-  const AutoBounds Wide = {9, 900, /*InlinerFollows=*/true};
+  const Bounds Wide = {9, 900, /*InlinerFollows=*/true};
   const Asked A(sumOf("i32 %m, ptr %q", "i32 %m, ptr %q"), Wide);
   EXPECT_EQ(A.name(), "AutoLeaves");
   EXPECT_FALSE(A.PassesSum);
 }
 
 TEST(AutoSumTest, NotWhereEqualCallsMerge) {
-  const AutoBounds Wide = {9, 900, /*InlinerFollows=*/true};
+  const Bounds Wide = {9, 900, /*InlinerFollows=*/true};
   const Asked A(R"(
 define i32 @f(i32 %n) {
 entry:
@@ -666,30 +666,29 @@ exit:
 // Splits
 //===----------------------------------------------------------------------===//
 
-const AutoBounds Splits = {9, 5000, /*InlinerFollows=*/false};
+const Bounds Splits = {9, 5000, /*InlinerFollows=*/false};
 
 TEST(AutoSplitTest, WorkInFrontOfTheTest) {
   const Asked A(MayEndEarly, Splits);
   EXPECT_EQ(A.name(), "AutoSplit");
-  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Split);
-  EXPECT_EQ(A.Plan.Copies, 0u);
+  ASSERT_EQ(A.What.Kind, Plan::Split);
+  EXPECT_EQ(A.What.Copies, 0u);
   // Both tests with what is in front of them, and the return; in front of two
   // calls and in the function itself.
-  EXPECT_EQ(A.Plan.Where->Head.Size, 7u);
-  EXPECT_EQ(A.Plan.Growth, 3 * 7u);
-  EXPECT_FALSE(A.Plan.LacksTest);
+  EXPECT_EQ(A.What.Where->Head.Size, 7u);
+  EXPECT_EQ(A.What.Growth, 3 * 7u);
+  EXPECT_FALSE(A.What.LacksTest);
 }
 
 TEST(AutoSplitTest, OnlyIfItFits) {
-  EXPECT_EQ(Asked(MayEndEarly, {9, 21}).Plan.Kind, RecursionPlan::Split);
+  EXPECT_EQ(Asked(MayEndEarly, {9, 21}).What.Kind, Plan::Split);
   const Asked TooLarge(MayEndEarly, {9, 20});
-  EXPECT_EQ(TooLarge.Plan.Kind, RecursionPlan::Nothing);
-  EXPECT_TRUE(TooLarge.Plan.LacksTest);
+  EXPECT_EQ(TooLarge.What.Kind, Plan::Nothing);
+  EXPECT_TRUE(TooLarge.What.LacksTest);
 }
 
 TEST(AutoSplitTest, LeavesComeFirst) {
-  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, true}).Plan.Kind,
-            RecursionPlan::Leaves);
+  EXPECT_EQ(Asked(MayEndEarly, {9, 5000, true}).What.Kind, Plan::Leaves);
 }
 
 TEST(AutoSplitTest, NotIfCallsAreLittleOfIt) {
@@ -700,18 +699,18 @@ TEST(AutoSplitTest, NotIfCallsAreLittleOfIt) {
   for (unsigned I = 0; I != 48; ++I)
     Work += "  store volatile i32 0, ptr %p\n";
   Large.insert(Large.find(Step), Work);
-  EXPECT_EQ(Asked(Large, Splits).Plan.Kind, RecursionPlan::Split);
+  EXPECT_EQ(Asked(Large, Splits).What.Kind, Plan::Split);
   Large.insert(Large.find(Step), "  store volatile i32 0, ptr %p\n");
-  EXPECT_EQ(Asked(Large, Splits).Plan.Kind, RecursionPlan::Nothing);
+  EXPECT_EQ(Asked(Large, Splits).What.Kind, Plan::Nothing);
 }
 
 TEST(AutoRingTest, GuardedAndStaggered) {
   const Asked A(hanoi());
-  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
-  ASSERT_TRUE(A.Plan.Guard);
-  EXPECT_EQ(A.Plan.Guard->Size, 3u);
-  EXPECT_TRUE(A.Plan.Staggered);
-  EXPECT_EQ(A.Plan.Copies, 5u);
+  ASSERT_EQ(A.What.Kind, Plan::Ring);
+  ASSERT_TRUE(A.What.Guard);
+  EXPECT_EQ(A.What.Guard->Size, 3u);
+  EXPECT_TRUE(A.What.Staggered);
+  EXPECT_EQ(A.What.Copies, 5u);
 }
 
 TEST(AutoRingTest, AsManyCopiesAsFit) {
@@ -721,23 +720,23 @@ TEST(AutoRingTest, AsManyCopiesAsFit) {
   for (unsigned Copies = 2; Copies <= 5; ++Copies) {
     const unsigned Exact = Growth[Copies - 1];
     const Asked Fits(hanoi(), {7, Exact});
-    EXPECT_EQ(Fits.Plan.Copies, Copies);
-    EXPECT_EQ(Fits.Plan.Growth, Exact);
+    EXPECT_EQ(Fits.What.Copies, Copies);
+    EXPECT_EQ(Fits.What.Growth, Exact);
     const Asked TooMany(hanoi(), {7, Exact - 1});
-    EXPECT_EQ(TooMany.Plan.Copies, Copies == 2 ? 0 : Copies - 1);
+    EXPECT_EQ(TooMany.What.Copies, Copies == 2 ? 0 : Copies - 1);
     const Asked Bound(hanoi(), {Copies, 550});
-    EXPECT_EQ(Bound.Plan.Copies, Copies);
-    EXPECT_EQ(Bound.Plan.Growth, Exact);
+    EXPECT_EQ(Bound.What.Copies, Copies);
+    EXPECT_EQ(Bound.What.Growth, Exact);
   }
-  EXPECT_EQ(Asked(hanoi(), {7, 100}).Plan.Copies, 4u);
+  EXPECT_EQ(Asked(hanoi(), {7, 100}).What.Copies, 4u);
 }
 
 TEST(AutoRingTest, VariablesInMemoryTakeCopies) {
   // Bodies that share the frame: 1, 2, 4, 7, 12.  1024 bytes fit.
-  EXPECT_EQ(Asked(hanoi("  %x = alloca [85 x i8]")).Plan.Copies, 5u);
-  EXPECT_EQ(Asked(hanoi("  %x = alloca [86 x i8]")).Plan.Copies, 4u);
-  EXPECT_EQ(Asked(hanoi("  %x = alloca [256 x i8]")).Plan.Copies, 3u);
-  EXPECT_EQ(Asked(hanoi("  %x = alloca [512 x i8]")).Plan.Copies, 2u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [85 x i8]")).What.Copies, 5u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [86 x i8]")).What.Copies, 4u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [256 x i8]")).What.Copies, 3u);
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [512 x i8]")).What.Copies, 2u);
   EXPECT_EQ(Asked(hanoi("  %x = alloca [513 x i8]")).name(), "AutoTooLarge");
 }
 
@@ -758,8 +757,8 @@ exit:
   ret void
 }
 )";
-  EXPECT_EQ(Asked(Loop).Plan.Copies, 3u);
-  EXPECT_EQ(Asked(Loop, {2, 550}).Plan.Copies, 2u);
+  EXPECT_EQ(Asked(Loop).What.Copies, 3u);
+  EXPECT_EQ(Asked(Loop, {2, 550}).What.Copies, 2u);
 }
 
 /// A loop from the entry on, around f(value), as a tail call leaves it: over
@@ -792,34 +791,34 @@ exit:
 }
 
 TEST(AutoRingTest, MoreCopiesInATailLoopOfThreeValues) {
-  const AutoBounds Nine = {12, 900};
+  const Bounds Nine = {12, 900};
   const std::string Sum = "  %s = phi i32 [ 0, %entry ], [ %r, %body ]\n";
   const std::string Again = "  %next = add i32 %m, -1\n";
-  EXPECT_EQ(Asked(tailLoop("", Again), Nine).Plan.Copies, 9u);
+  EXPECT_EQ(Asked(tailLoop("", Again), Nine).What.Copies, 9u);
   const std::string Sums =
       Sum + "  %t = phi i32 [ 0, %entry ], [ %s, %body ]\n";
-  EXPECT_EQ(Asked(tailLoop(Sum, Again), Nine).Plan.Copies, 9u);
+  EXPECT_EQ(Asked(tailLoop(Sum, Again), Nine).What.Copies, 9u);
   // Another one to be kept while the call runs.
-  EXPECT_EQ(Asked(tailLoop(Sums, Again), Nine).Plan.Copies, 5u);
+  EXPECT_EQ(Asked(tailLoop(Sums, Again), Nine).What.Copies, 5u);
   // A fourth, in a PHI or as an argument that every copy has its own of.
   EXPECT_EQ(
       Asked(tailLoop(Sums + "  %u = phi i32 [ 0, %entry ], [ %t, %body ]\n",
                      Again),
             Nine)
-          .Plan.Copies,
+          .What.Copies,
       3u);
   EXPECT_EQ(
-      Asked(tailLoop(Sums, "  %next = sub i32 %m, %k\n"), Nine).Plan.Copies,
+      Asked(tailLoop(Sums, "  %next = sub i32 %m, %k\n"), Nine).What.Copies,
       3u);
   // With a second call, a third is too many.
   const std::string Second = "  store volatile i32 0, ptr @g\n"
                              "  %r2 = call i32 @f(i32 %below, i32 1)\n"
                              "  store i32 %r2, ptr @g\n";
-  EXPECT_EQ(Asked(tailLoop(Sum, Second + Again), Nine).Plan.Copies, 7u);
-  EXPECT_EQ(Asked(tailLoop(Sums, Second + Again), Nine).Plan.Copies, 4u);
+  EXPECT_EQ(Asked(tailLoop(Sum, Second + Again), Nine).What.Copies, 7u);
+  EXPECT_EQ(Asked(tailLoop(Sums, Second + Again), Nine).What.Copies, 4u);
   // A loop that something stands in front of is not all of the function.
   EXPECT_EQ(
-      Asked(tailLoop(Sum, Again, "  %x = add i32 %n, 1\n"), Nine).Plan.Copies,
+      Asked(tailLoop(Sum, Again, "  %x = add i32 %n, 1\n"), Nine).What.Copies,
       3u);
 }
 
@@ -858,23 +857,23 @@ exit:
 }
 
 TEST(AutoRingTest, FewerCopiesOfATailLoopThatKeepsTwoValues) {
-  const AutoBounds Nine = {12, 900};
+  const Bounds Nine = {12, 900};
   // The same for all copies, or not far from it.
-  EXPECT_EQ(Asked(keepingLoop("i32", "%k"), Nine).Plan.Copies, 9u);
+  EXPECT_EQ(Asked(keepingLoop("i32", "%k"), Nine).What.Copies, 9u);
   EXPECT_EQ(
       Asked(keepingLoop("i32", "%less", "  %less = sub i32 %k, 1\n"), Nine)
-          .Plan.Copies,
+          .What.Copies,
       9u);
-  EXPECT_EQ(Asked(keepingLoop("double", "%k"), Nine).Plan.Copies, 9u);
+  EXPECT_EQ(Asked(keepingLoop("double", "%k"), Nine).What.Copies, 9u);
   // Each copy has its own.
   EXPECT_EQ(
       Asked(keepingLoop("i32", "%rest", "  %rest = sub i32 %k, %below\n"), Nine)
-          .Plan.Copies,
+          .What.Copies,
       5u);
   EXPECT_EQ(
       Asked(keepingLoop("double", "%half", "  %half = fmul double %k, 0.5\n"),
             Nine)
-          .Plan.Copies,
+          .What.Copies,
       5u);
 }
 
@@ -905,7 +904,7 @@ TEST(AutoRefusalTest, ABodyThatBecomesLarge) {
   EXPECT_EQ(Ask(Inlined + Inlined, /*InlinerFollows=*/false).name(),
             "AutoRing");
   // It is multiplied with the rest.
-  EXPECT_LT(Ask(Inlined).Plan.Copies, Ask("").Plan.Copies);
+  EXPECT_LT(Ask(Inlined).What.Copies, Ask("").What.Copies);
 }
 
 /// Calls for the left and the right part, each if \p Test of it holds.
@@ -941,8 +940,8 @@ exit:
 )";
   const Asked Walk(walk(Tested));
   EXPECT_EQ(Walk.name(), "AutoRing");
-  EXPECT_FALSE(Walk.Plan.Guard);
-  EXPECT_TRUE(Walk.Plan.Staggered);
+  EXPECT_FALSE(Walk.What.Guard);
+  EXPECT_TRUE(Walk.What.Staggered);
   std::string Filler;
   for (unsigned I = 0; I != 46; ++I)
     Filler += "  store i32 3, ptr @g\n";
@@ -1013,8 +1012,8 @@ exit:
   ret void
 }
 )")
-                .Plan.Kind,
-            RecursionPlan::Ring);
+                .What.Kind,
+            Plan::Ring);
 }
 
 /// A function without a test at its entry, whose call is made in some trips of
@@ -1050,8 +1049,8 @@ exit:
 TEST(AutoRingTest, WithoutAGuardIfTheLoopTests) {
   const Asked A(scan("eq i32 %j, %n"));
   EXPECT_EQ(A.name(), "AutoRing");
-  EXPECT_FALSE(A.Plan.Guard);
-  EXPECT_EQ(A.Plan.Copies, 3u);
+  EXPECT_FALSE(A.What.Guard);
+  EXPECT_EQ(A.What.Copies, 3u);
 }
 
 TEST(AutoRefusalTest, WithoutAGuardIfItIsLarge) {
@@ -1063,7 +1062,7 @@ TEST(AutoRefusalTest, WithoutAGuardIfItIsLarge) {
 TEST(AutoRingTest, OfTwoCopiesIfBothLoopsAreUnrolled) {
   const Asked A(scan("eq i32 %j, 8"));
   EXPECT_EQ(A.name(), "AutoRing");
-  EXPECT_EQ(A.Plan.Copies, 2u);
+  EXPECT_EQ(A.What.Copies, 2u);
 }
 
 TEST(AutoRingTest, OfTwoCopiesIfALoopThatIsLeftAtItsTopIsUnrolled) {
@@ -1174,7 +1173,7 @@ TEST(AutoRefusalTest, OtherCallsTakeTheTime) {
 
 TEST(AutoRingTest, FewCopiesBesideKnownCalls) {
   auto CopiesWith = [](const std::string &Call) {
-    return Asked(voidWith(Call + CallAndStore + CallAndStore)).Plan.Copies;
+    return Asked(voidWith(Call + CallAndStore + CallAndStore)).What.Copies;
   };
   EXPECT_EQ(CopiesWith(""), 5u);
   EXPECT_EQ(CopiesWith("  call void @other()\n"), 3u);
@@ -1206,14 +1205,14 @@ const std::string CallInLoop = "  br label %loop\n"
 
 TEST(AutoRingTest, FewCopiesOfAPath) {
   const Asked A(path(), {9, 900, /*InlinerFollows=*/true});
-  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
-  EXPECT_EQ(A.Plan.Copies, 4u);
+  ASSERT_EQ(A.What.Kind, Plan::Ring);
+  EXPECT_EQ(A.What.Copies, 4u);
 }
 
 TEST(AutoRingTest, TwoCopiesOfAPathWithALoop) {
   const Asked A(path(CallInLoop), {9, 900, /*InlinerFollows=*/true});
-  ASSERT_EQ(A.Plan.Kind, RecursionPlan::Ring);
-  EXPECT_EQ(A.Plan.Copies, 2u);
+  ASSERT_EQ(A.What.Kind, Plan::Ring);
+  EXPECT_EQ(A.What.Copies, 2u);
 }
 
 TEST(AutoRefusalTest, APathThatIsALoopOrInOne) {
@@ -1259,7 +1258,7 @@ TEST(AutoRefusalTest, FiveSelfCalls) {
   const std::string Five = Four + CallAndStore;
   const Asked A(voidWith(Five), {7, 18});
   EXPECT_EQ(A.name(), "AutoSplit");
-  EXPECT_EQ(A.Plan.Growth, 3 * 6u);
+  EXPECT_EQ(A.What.Growth, 3 * 6u);
   EXPECT_EQ(Asked(voidWith(Five), {7, 17}).name(), "AutoSelfCalls");
 }
 
@@ -1320,7 +1319,7 @@ declare i32 @llvm.smax.i32(i32, i32)
   };
   const Asked A(InLoop(""));
   EXPECT_EQ(A.name(), "AutoRing");
-  EXPECT_TRUE(A.Plan.Guard);
+  EXPECT_TRUE(A.What.Guard);
   EXPECT_EQ(Asked(InLoop("  call void @other()\n")).name(), "AutoWorkInLoop");
 }
 
@@ -1344,7 +1343,7 @@ exit:
 TEST(AutoRefusalTest, TooLarge) {
   EXPECT_EQ(Asked(hanoi(), {7, 25}).name(), "AutoRing");
   EXPECT_EQ(Asked(hanoi(), {7, 24}).name(), "AutoTooLarge");
-  EXPECT_EQ(Asked(hanoi(), {7, 24}).Plan.Kind, RecursionPlan::Nothing);
+  EXPECT_EQ(Asked(hanoi(), {7, 24}).What.Kind, Plan::Nothing);
 }
 
 } // namespace

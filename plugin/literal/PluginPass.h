@@ -1,0 +1,39 @@
+//===- PluginPass.h - The literal pass, told about --------------*- C++ -*-===//
+//
+/// \file
+/// The literal pass, made fit for a process that runs several pipelines at
+/// once, and with remarks about what it decided.  Where nobody listens it runs
+/// unobserved.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_LITERAL_PLUGINPASS_H
+#define INLINERECURSION_PLUGIN_LITERAL_PLUGINPASS_H
+
+#include "llvm/IR/PassManager.h"
+
+namespace llvm {
+namespace inlinerecursion {
+
+class PluginPass : public PassInfoMixin<PluginPass> {
+public:
+  /// \p Level is 0 to 4; 0 leaves it to `inline-recursion-opt-level`.
+  explicit PluginPass(int Level) : Level(Level) {}
+
+  PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);
+  void printPipeline(raw_ostream &OS,
+                     function_ref<StringRef(StringRef)> MapClassName);
+  /// What -debug-pass-manager, -print-after and the like call it.
+  static StringRef name() { return "InlineRecursionPass"; }
+
+private:
+  int Level;
+};
+
+/// Prints \p Name with the parameter of the level, if one is given.
+void printWithLevel(raw_ostream &OS, StringRef Name, int Level);
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_LITERAL_PLUGINPASS_H

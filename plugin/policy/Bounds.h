@@ -1,0 +1,50 @@
+//===- Bounds.h - How far the automatic policy may go -----------*- C++ -*-===//
+//
+/// \file
+/// The limits that a user sets, as options or as parameters of a pass.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_POLICY_BOUNDS_H
+#define INLINERECURSION_PLUGIN_POLICY_BOUNDS_H
+
+#include <cstdint>
+
+namespace llvm {
+
+class Module;
+class raw_ostream;
+
+namespace inlinerecursion {
+
+/// Limits of what is built, and where in the pipeline that is.
+struct Bounds {
+  /// Most copies in a chain, a ring or a chain of leaves.
+  unsigned Copies;
+  /// Most that one function grows by (instructions).
+  unsigned FunctionGrowth;
+  /// Is an inliner to come, which hands constants from copy to copy and makes
+  /// nothing of some calls?
+  bool InlinerFollows = false;
+  /// Most that the module grows by, if its share of the module's size is not
+  /// larger (instructions).
+  unsigned ModuleGrowth = 0;
+};
+
+/// What the options say, in front of the inliner.
+Bounds getDefaultBounds();
+
+/// The same for a size that matters more than speed does, as it is below -O3:
+/// the time that a compilation takes grows as the code does.
+Bounds getBoundsBelowO3();
+
+/// What all copies together may add to \p M under \p Limits (instructions).
+uint64_t findGrowthLimit(const Module &M, const Bounds &Limits);
+
+/// As parameters of a pass.
+raw_ostream &operator<<(raw_ostream &OS, const Bounds &Limits);
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_POLICY_BOUNDS_H

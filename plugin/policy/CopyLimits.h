@@ -1,0 +1,32 @@
+//===- CopyLimits.h - How many copies of a ring pay -------------*- C++ -*-===//
+//
+/// \file
+/// The more copies the better, as long as they fit and as long as none of the
+/// reasons for fewer holds: registers, loops in loops, other calls.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_POLICY_COPYLIMITS_H
+#define INLINERECURSION_PLUGIN_POLICY_COPYLIMITS_H
+
+namespace llvm {
+namespace inlinerecursion {
+
+class Facts;
+struct Bounds;
+
+/// A ring that fits.
+struct RingFit {
+  /// At least 2; 0 if none fits.
+  unsigned Copies = 0;
+  /// What it adds to the module (instructions).
+  unsigned Growth = 0;
+};
+
+/// The longest ring that pays and fits into \p Limits.
+RingFit fitRing(const Facts &Known, const Bounds &Limits);
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_POLICY_COPYLIMITS_H

@@ -1,0 +1,106 @@
+//===- Facts.cpp - What is known of a recursive function ------------------===//
+
+#include "plugin/policy/Facts.h"
+#include "host/InliningPlan.h"
+#include "plugin/ir/Size.h"
+#include "plugin/policy/Tuning.h"
+#include "plugin/recursion/EqualCalls.h"
+#include "plugin/recursion/SelfCalls.h"
+#include "plugin/recursion/Unrolling.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/PostDominators.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/IR/Dominators.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+/// What \p Known holds, worked out by \p Find if it is empty.
+template <typename T, typename FindT>
+static T &findOnce(std::optional<T> &Known, FindT Find) {
+  if (!Known)
+    Known.emplace(Find());
+  return *Known;
+}
+
+Facts::Facts(Function &F, FunctionAnalysisManager &FAM, bool InlinerFollows)
+    : F(F), FAM(FAM), InlinerFollows(InlinerFollows),
+      SelfCalls(findSelfCalls(F)), Size(getCodeSize(F)) {}
+
+uint64_t Facts::getFrameSize() const {
+  return findOnce(FrameSize,
+                  [this] { return inlinerecursion::getFrameSize(F); });
+}
+
+bool Facts::mergesCalls() const {
+  return findOnce(MergesCalls,
+                  [this] { return hasEqualCalls(F, SelfCalls, FAM); });
+}
+
+const OtherCalls &Facts::getOtherCalls() const {
+  return findOnce(Other, [this] { return findOtherCalls(F, InlinerFollows); });
+}
+
+const EntryGuard *Facts::getGuard() const {
+  const auto &Found = findOnce(
+      Guard, [this] { return findEntryGuard(F, tuning::MaxGuardSize); });
+  return Found ? &*Found : nullptr;
+}
+
+RecursionDepthEstimator &Facts::getEstimator() const {
+  if (!Estimator) {
+    Estimator.emplace(&F, &getEvolution(), &getDominators());
+    MayDepthBeKnown = Estimator->canEstimateRecursionDepth();
+  }
+  return *Estimator;
+}
+
+std::optional<unsigned> Facts::getDepth() const {
+  return findOnce(Depth, [this]() -> std::optional<unsigned> {
+    // The estimator answers for plain calls only.
+    RecursionDepthEstimator &Estimator = getEstimator();
+    if (!MayDepthBeKnown || Estimator.getCallSites().size() != SelfCalls.size())
+      return std::nullopt;
+    return Estimator.findDeepestRecursion();
+  });
+}
+
+StringRef Facts::getReasonAgainstChain() const {
+  return getEstimator().getDeclineReason();
+}
+
+bool Facts::isInLoop(const CallBase &Call) const {
+  return getLoops().getLoopFor(Call.getParent()) != nullptr;
+}
+
+bool Facts::anyInLoop() const {
+  return any_of(SelfCalls,
+                [this](const CallBase *Call) { return isInLoop(*Call); });
+}
+
+bool Facts::anyInShortLoop() const {
+  return any_of(SelfCalls, [this](const CallBase *Call) {
+    return isInShortLoop(*Call, getLoops(), getEvolution());
+  });
+}
+
+bool Facts::isPath() const {
+  return excludeEachOther(SelfCalls, getDominators());
+}
+
+const LoopInfo &Facts::getLoops() const {
+  return FAM.getResult<LoopAnalysis>(F);
+}
+
+DominatorTree &Facts::getDominators() const {
+  return FAM.getResult<DominatorTreeAnalysis>(F);
+}
+
+const PostDominatorTree &Facts::getPostDominators() const {
+  return FAM.getResult<PostDominatorTreeAnalysis>(F);
+}
+
+ScalarEvolution &Facts::getEvolution() const {
+  return FAM.getResult<ScalarEvolutionAnalysis>(F);
+}

@@ -1,0 +1,294 @@
+//===- Obstacles.cpp - What keeps a function as it is ---------------------===//
+
+#include "plugin/policy/Obstacles.h"
+#include "pass/InlineRecursion.h"
+#include "plugin/policy/Bounds.h"
+#include "plugin/policy/CopyLimits.h"
+#include "plugin/policy/Facts.h"
+#include "plugin/policy/Tuning.h"
+#include "plugin/recursion/SelfCalls.h"
+#include "plugin/recursion/Unrolling.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/Analysis/PostDominators.h"
+#include "llvm/IR/Dominators.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using namespace llvm::inlinerecursion::tuning;
+using ore::NV;
+
+//===----------------------------------------------------------------------===//
+// Nothing is worth building
+//===----------------------------------------------------------------------===//
+
+// Copies would hardly run.
+static bool isNeverEntered(const Facts &Known, const Bounds &, Verdict &Why) {
+  const auto Count = Known.getFunction().getEntryCount();
+  if (!Count || Count->getCount() != 0)
+    return false;
+  Why << "it was never entered, says the profile";
+  return true;
+}
+
+// It ends the program or runs until somebody else does; nobody waits for it.
+static bool neverReturns(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (!Known.getFunction().doesNotReturn())
+    return false;
+  Why << "it never returns";
+  return true;
+}
+
+// No inliner takes a call of it that hands variable arguments on.
+static bool isVariadic(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (!Known.getFunction().isVarArg())
+    return false;
+  Why << "it takes variable arguments, which cannot be handed on";
+  return true;
+}
+
+// The inliner refuses such callees.
+static bool callsSetjmp(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (!Known.getFunction().callsFunctionThatReturnsTwice())
+    return false;
+  Why << "it calls a function that returns twice, and is not inlined";
+  return true;
+}
+
+// Inlined, each copy has a copy of the object in the one frame.
+static bool takesByValue(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (none_of(Known.getFunction().args(), [](const Argument &A) {
+        return A.hasPassPointeeByValueCopyAttr();
+      }))
+    return false;
+  Why << "an argument is copied to the stack by every call";
+  return true;
+}
+
+// Tail recursion elimination leaves no call, and needs no stack.
+static bool isLoopAnyway(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (Known.mergesCalls() ||
+      !all_of(Known.getSelfCalls(),
+              [](const CallBase *Call) { return becomesLoop(*Call); }))
+    return false;
+  Why << "its recursion becomes a loop";
+  return true;
+}
+
+// Most of many self calls exclude each other.
+static bool hasManySelfCalls(const Facts &Known, const Bounds &, Verdict &Why) {
+  const unsigned SelfCalls = Known.getSelfCalls().size();
+  if (SelfCalls <= MaxSelfCalls)
+    return false;
+  Why << "it calls itself in " << NV("SelfCalls", SelfCalls)
+      << " places, more than " << NV("Limit", MaxSelfCalls);
+  return true;
+}
+
+// What the depth estimator would not make a chain of is no ring either.
+static bool isDeclined(const Facts &Known, const Bounds &, Verdict &Why) {
+  const StringRef Reason = Known.getReasonAgainstChain();
+  if (Reason.empty())
+    return false;
+  Why << Reason;
+  return true;
+}
+
+// The inliner takes large functions in that have one caller; copies are more.
+static bool isOnlyCaller(const Facts &Known, const Bounds &, Verdict &Why) {
+  const Function *Callee = Known.getOtherCalls().OnlyCallee;
+  if (!Callee)
+    return false;
+  Why << "it is the only caller of '" << NV("Callee", Callee)
+      << "', whose inlining is worth more than copies with calls of it";
+  return true;
+}
+
+/// Does little of the function, which has one argument, fold away where that is
+/// a constant?  By level 0's own estimate.
+static bool foldsLittle(const Facts &Known) {
+  InlineRecursion::InlineRecursionCosting Costing(
+      &Known.getFunction(), &Known.getEvolution(), &Known.getDominators(),
+      /*OptLevel=*/0);
+  Costing.analyzeFunction();
+  const auto Estimate = Costing.estimateInlineBenefit();
+  return Estimate && Estimate->Benefit * LittleShare < Known.getSize();
+}
+
+// Neither a chain nor a ring pays for a deep nest of loops in which constants
+// make no difference.
+static bool nestsLoops(const Facts &Known, const Bounds &Limits, Verdict &Why) {
+  if (!Limits.InlinerFollows)
+    return false;
+  const std::optional<unsigned> Depth = Known.getDepth();
+  if (!Depth || *Depth > Limits.Copies || *Depth <= MaxShortLoops ||
+      !foldsLittle(Known) || !Known.anyInShortLoop())
+    return false;
+  Why << "its short loops would be nested " << NV("Depth", *Depth)
+      << " deep, and a constant argument saves too little for that";
+  return true;
+}
+
+//===----------------------------------------------------------------------===//
+// Its calls are not what takes the time
+//===----------------------------------------------------------------------===//
+
+bool llvm::inlinerecursion::hasWorkInLoop(const Facts &Known) {
+  const LoopInfo &LI = Known.getLoops();
+  const DominatorTree &DT = Known.getDominators();
+  const ArrayRef<CallBase *> Calls = Known.getSelfCalls();
+  const Loop *TailLoop = findTailLoop(Known.getFunction(), LI);
+  return any_of(LI.getLoopsInPreorder(), [&](const Loop *L) {
+    return L != TailLoop &&
+           none_of(Calls, [L](const CallBase *C) { return L->contains(C); }) &&
+           any_of(Calls, [&](const CallBase *C) {
+             return DT.dominates(L->getHeader(), C->getParent()) ||
+                    DT.dominates(C->getParent(), L->getHeader());
+           });
+  });
+}
+
+// A loop without self calls stands in front of one or behind it.
+static bool worksInLoop(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (!hasWorkInLoop(Known))
+    return false;
+  Why << "it has a loop of its own beside its self calls";
+  return true;
+}
+
+// The compiler runs such a path well: it is a loop, by the tail call, as long
+// as the call that stands in another loop is not made.  A ring takes the loop
+// away.
+static bool isPathInLoops(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (!Known.isPath() ||
+      none_of(Known.getSelfCalls(),
+              [](const CallBase *C) { return isTailCall(*C); }) ||
+      !Known.anyInLoop())
+    return false;
+  Why << "a tail call of itself becomes a loop, and where it makes another "
+         "self call instead, that is in a loop of its own";
+  return true;
+}
+
+// Each copy makes them, too.
+static bool makesOtherCalls(const Facts &Known, const Bounds &, Verdict &Why) {
+  const unsigned Others = Known.getOtherCalls().Count;
+  if (Others <= MaxOtherCalls * Known.getSelfCalls().size())
+    return false;
+  Why << "it makes " << NV("OtherCalls", Others) << " other calls, more than "
+      << NV("Limit", MaxOtherCalls) << " for each self call";
+  return true;
+}
+
+//===----------------------------------------------------------------------===//
+// A ring is not worth it
+//===----------------------------------------------------------------------===//
+
+/// Is there nothing in front of the calls that close a ring, although equal
+/// calls do not merge?
+static bool lacksGuard(const Facts &Known) {
+  return !Known.mergesCalls() && !Known.getGuard();
+}
+
+// Copies would be entered for nothing.  Without a guard, whoever calls has to
+// have made a test, so each call needs one of its own, or stands in a loop and
+// is not made in every trip.
+static bool isUntested(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (!lacksGuard(Known))
+    return false;
+  const LoopInfo &LI = Known.getLoops();
+  const DominatorTree &DT = Known.getDominators();
+  auto IsTested = [&](const CallBase *Call) {
+    const Loop *L = LI.getLoopFor(Call->getParent());
+    const BasicBlock *Latch = L ? L->getLoopLatch() : nullptr;
+    return !Latch || !DT.dominates(Call->getParent(), Latch);
+  };
+  if (Known.anyInLoop() ? any_of(Known.getSelfCalls(), IsTested)
+                        : areTestedOneByOne(Known.getSelfCalls(), DT,
+                                            Known.getPostDominators()))
+    return false;
+  Why << "no test stands in front of its self calls, neither at its entry "
+         "nor at each of them";
+  return true;
+}
+
+// Such a loop is unrolled, as long as it is small.  Rolled copies of it in each
+// other would take that away.
+static bool losesUnrolling(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (!lacksGuard(Known) ||
+      none_of(Known.getSelfCalls(), [&](const CallBase *Call) {
+        return isInShortLoop(*Call, Known.getLoops(), Known.getEvolution()) &&
+               !isLoopUnrolledInItself(*Call, Known.getLoops(),
+                                       Known.getEvolution());
+      }))
+    return false;
+  Why << "the loop around its self call is worth more unrolled";
+  return true;
+}
+
+// Without a guard, what ends at once has to be cheap.
+static bool isLargeAndUntested(const Facts &Known, const Bounds &,
+                               Verdict &Why) {
+  if (!lacksGuard(Known) || Known.getBodySize() <= MaxUnguardedSize)
+    return false;
+  Why << "no test stands at its entry, and it has "
+      << NV("Instructions", Known.getBodySize()) << " instructions, more than "
+      << NV("Limit", MaxUnguardedSize);
+  return true;
+}
+
+// A call is a small part of what such an activation costs.
+static bool isLarge(const Facts &Known, const Bounds &, Verdict &Why) {
+  if (Known.getBodySize() <= MaxRingBodySize)
+    return false;
+  Why << "its " << NV("Instructions", Known.getBodySize())
+      << " instructions, more than " << NV("Limit", MaxRingBodySize)
+      << ", take the time, not its self calls";
+  return true;
+}
+
+// Two copies would already be too many.
+static bool isTooLargeForTwo(const Facts &Known, const Bounds &Limits,
+                             Verdict &Why) {
+  if (fitRing(Known, Limits).Copies != 0)
+    return false;
+  Why << "two copies of its " << NV("Instructions", Known.getBodySize())
+      << " instructions and " << NV("FrameSize", Known.getFrameSize())
+      << " bytes of variables, inlined at "
+      << NV("SelfCalls", unsigned(Known.getSelfCalls().size()))
+      << " self calls, would take more than "
+      << NV("Limit", Limits.FunctionGrowth) << " instructions or "
+      << NV("FrameLimit", MaxFusedFrame) << " bytes";
+  return true;
+}
+
+//===----------------------------------------------------------------------===//
+// The table
+//===----------------------------------------------------------------------===//
+
+static constexpr unsigned BesideRing = OfferChain | OfferLeaves;
+static constexpr unsigned InPlaceOfRing = BesideRing | OfferLeavesAlone;
+
+static constexpr Obstacle Obstacles[] = {
+    {"AutoNeverEntered", OfferNothing, false, isNeverEntered},
+    {"AutoNeverReturns", OfferNothing, false, neverReturns},
+    {"AutoVariableArguments", OfferNothing, false, isVariadic},
+    {"AutoReturnsTwice", OfferNothing, false, callsSetjmp},
+    {"AutoByValue", OfferNothing, false, takesByValue},
+    {"AutoLoop", OfferNothing, false, isLoopAnyway},
+    {"AutoSelfCalls", OfferSplit, false, hasManySelfCalls},
+    {"AutoDeclined", OfferNothing, false, isDeclined},
+    {"AutoOnlyCaller", OfferNothing, false, isOnlyCaller},
+    {"AutoFoldsLittle", OfferNothing, false, nestsLoops},
+    {"AutoWorkInLoop", OfferChain, false, worksInLoop},
+    {"AutoPathInLoops", OfferChain, false, isPathInLoops},
+    {"AutoOtherCalls", OfferChain, false, makesOtherCalls},
+    {"AutoNoTest", InPlaceOfRing | OfferSplit, true, isUntested},
+    {"AutoUnrolledLoop", InPlaceOfRing, false, losesUnrolling},
+    {"AutoNoTest", InPlaceOfRing, true, isLargeAndUntested},
+    {"AutoLargeBody", BesideRing, false, isLarge},
+    {"AutoTooLarge", BesideRing, false, isTooLargeForTwo},
+};
+
+ArrayRef<Obstacle> llvm::inlinerecursion::getObstacles() { return Obstacles; }

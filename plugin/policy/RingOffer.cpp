@@ -1,0 +1,32 @@
+//===- RingOffer.cpp - A few copies in a circle ---------------------------===//
+
+#include "plugin/policy/CopyLimits.h"
+#include "plugin/policy/Facts.h"
+#include "plugin/policy/Offers.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using ore::NV;
+
+std::optional<Plan> llvm::inlinerecursion::offerRing(const Facts &Known,
+                                                     const Bounds &Limits) {
+  const RingFit Fit = fitRing(Known, Limits);
+  if (Fit.Copies == 0)
+    return std::nullopt;
+  Plan Ring(Plan::Ring, "AutoRing");
+  Ring.Copies = Fit.Copies;
+  Ring.Growth = Fit.Growth;
+  const bool MergesCalls = Known.mergesCalls();
+  Ring.Staggered = !MergesCalls;
+  if (const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard())
+    Ring.Guard = *Guard;
+  Ring.Decision << NV("Shape", "ring") << " of " << NV("Copies", Ring.Copies)
+                << " copies by the automatic policy, "
+                << (MergesCalls  ? "so that equal calls merge, "
+                    : Ring.Guard ? "with its first test in front of calls, "
+                                 : "")
+                << "growing by about " << NV("Growth", Ring.Growth)
+                << " instructions";
+  return Ring;
+}

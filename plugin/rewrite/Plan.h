@@ -1,0 +1,58 @@
+//===- Plan.h - What is to be built of one function -------------*- C++ -*-===//
+//
+/// \file
+/// What the policy hands to the builder.  The policy fills it in and changes no
+/// code; the builder does what it says and decides nothing.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_REWRITE_PLAN_H
+#define INLINERECURSION_PLUGIN_REWRITE_PLAN_H
+
+#include "plugin/rewrite/CallGuard.h"
+#include "plugin/rewrite/CountedRecursion.h"
+#include "plugin/rewrite/EntrySplit.h"
+#include "plugin/tell/Verdict.h"
+
+namespace llvm {
+namespace inlinerecursion {
+
+struct Plan {
+  /// A chain as the pass builds it at level 0; a chain of leaves, which the
+  /// function itself enters (Leaves.h); a ring (Ring.h); or a function taken
+  /// apart, whose rest is to be asked about in turn (EntrySplit.h).
+  enum Shape { Nothing, Chain, Leaves, Ring, Split };
+
+  Shape Kind = Nothing;
+  /// At least 1 for a chain, 3 for leaves and 2 for a ring, 0 for others.
+  unsigned Copies = 0;
+  /// What leaves are entered by: as many values as there are copies.
+  std::optional<RecursionCounter> Counter;
+  /// How many levels above the last activation leaves are entered.
+  SmallVector<unsigned, 2> EntryLevels;
+  /// Where the function is taken apart.
+  std::optional<EntrySplit> Where;
+  /// In front of the calls that close a ring, and all that is left of the
+  /// function, which enters it.
+  std::optional<EntryGuard> Guard;
+  /// The second and later self calls of a body lead to the copy after the next.
+  bool Staggered = false;
+  /// What it adds to the module, once all copies are inlined that are to be
+  /// (instructions).
+  unsigned Growth = 0;
+  /// Nothing is built because no test stands in front of the self calls.  Once
+  /// other calls are inlined, one may.
+  bool LacksTest = false;
+  /// The decision in words.
+  Verdict Decision;
+
+  /// Nothing, for the reason in \p Refusal.
+  explicit Plan(Verdict Refusal) : Decision(std::move(Refusal)) {}
+  /// The shape \p Kind, the numbers to be filled in.
+  Plan(Shape Kind, StringRef Name) : Kind(Kind), Decision(accept(Name)) {}
+};
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_REWRITE_PLAN_H
