@@ -20,7 +20,8 @@ class Type;
 
 namespace inlinerecursion {
 
-/// As many arguments as are passed in registers, on most targets.
+/// As many arguments as are passed in registers, on most targets (x86-64 and
+/// those with more): a function is not handed more for the sake of speed.
 constexpr unsigned MaxArguments = 6;
 
 /// An internal copy of \p F, which takes no variable arguments, named like it

@@ -2,6 +2,7 @@
 
 #include "plugin/legality/RingSize.h"
 #include "host/DirectCalls.h"
+#include "host/InliningPlan.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/PassOption.h"
 #include "plugin/tell/Remarks.h"
@@ -29,6 +30,14 @@ static cl::opt<unsigned> SizeSelfCalls(
 
 unsigned llvm::inlinerecursion::getInlinedRingSize(unsigned SelfCalls) {
   return SelfCalls == 1 ? SizeOneSelfCall : SizeSelfCalls;
+}
+
+/// Most code of a ring that nobody asked for (instructions).  Kernel: puzzle9.
+static constexpr uint64_t MaxUnaskedSize = 900;
+
+bool llvm::inlinerecursion::isTooLargeUnasked(const Function &F,
+                                              unsigned Copies) {
+  return uint64_t(Copies) * getCodeSize(F) > MaxUnaskedSize;
 }
 
 /// The size of a ring of \p Copies copies of \p F, once those that fit are

@@ -21,6 +21,10 @@ namespace inlinerecursion {
 /// is inlined in a ring (instructions).
 unsigned getInlinedRingSize(unsigned SelfCalls);
 
+/// Are \p Copies copies of \p F, side by side, more than a function may become
+/// that did not ask for them?
+bool isTooLargeUnasked(const Function &F, unsigned Copies);
+
 /// Takes the request of \p F back, which has one, and says so in a remark, if
 /// its ring would be larger than `inlinerecursion-max-ring-size` allows.
 void withdrawLargeRequest(Function &F);

@@ -20,7 +20,7 @@ using ore::NV;
 
 static Verdict describeRing(const CloneChain &Ring) {
   const Attribute Asked = Ring.Origin->getFnAttribute(Request);
-  Verdict V(true, "Chained");
+  Verdict V = accept("Chained");
   V << NV("Shape", "ring") << " of "
     << NV("Copies", unsigned(Ring.Copies.size()))
     << (Ring.Copies.size() == 1 ? " copy" : " copies")
@@ -30,7 +30,7 @@ static Verdict describeRing(const CloneChain &Ring) {
 }
 
 static Verdict describeRefusedRing() {
-  Verdict V(false, "CloneLimit");
+  Verdict V = refuse("CloneLimit");
   V << "the ring that it requests would exceed the limit of "
     << NV("Limit", getPassOption(CloneLimitOption)) << " copies per module";
   return V;

@@ -2,13 +2,13 @@
 
 #include "plugin/literal/Requests.h"
 #include "host/DirectCalls.h"
-#include "host/InliningPlan.h"
 #include "pass/InlineRecursion.h"
 #include "plugin/ir/Driver.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/PassOption.h"
 #include "plugin/ir/SingleRun.h"
 #include "plugin/legality/Hazards.h"
+#include "plugin/legality/RingSize.h"
 #include "plugin/literal/RingAlignment.h"
 #include "plugin/recursion/EqualCalls.h"
 #include "plugin/recursion/SelfCalls.h"
@@ -36,10 +36,6 @@ static cl::opt<bool> FindRequestsOption(
 /// Without constants, the ring of a function with more self calls than this is
 /// slower than the function, unless each copy stands for a remainder.
 static constexpr unsigned MaxSelfCallsOfOpenRing = 2;
-
-/// The copies of a function that did not ask for them are not to be larger than
-/// this (instructions).  A puzzle of 69, with eight of them, gains a third.
-static constexpr uint64_t MaxUnaskedSize = 900;
 
 bool llvm::inlinerecursion::isFindingRequestsEnabled() {
   return FindRequestsOption;
@@ -127,7 +123,7 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
     }
     // The gate marks what it accepts; that is for the pass to say.
     F.removeFnAttr(EligibleMark);
-    if (getPassOption(DepthOption) * getCodeSize(F) > MaxUnaskedSize)
+    if (isTooLargeUnasked(F, getPassOption(DepthOption)))
       F.removeFnAttr(Request);
   }
 }
@@ -137,28 +133,22 @@ static std::optional<Verdict> judgeRequest(Function &F,
                                            FunctionAnalysisManager &FAM) {
   const SmallVector<CallBase *, 4> SelfCalls = findSelfCalls(F);
   if (any_of(SelfCalls,
-             [](const CallBase *Call) { return isAccumulating(*Call); })) {
-    Verdict V(false, "AccumulatingRecursion");
-    V << "request withdrawn, without a ring the recursion becomes a loop that "
-         "needs no stack";
-    return V;
-  }
+             [](const CallBase *Call) { return isAccumulating(*Call); }))
+    return refuse("AccumulatingRecursion")
+           << "request withdrawn, without a ring the recursion becomes a loop "
+              "that needs no stack";
   if (wouldBeAligned(F))
     return std::nullopt;
-  if (isCalledInShortLoop(F, FAM)) {
-    Verdict V(false, "RequestInShortLoop");
-    V << "request withdrawn, the loop around its self call is worth more "
-         "unrolled";
-    return V;
-  }
-  if (SelfCalls.size() > MaxSelfCallsOfOpenRing && !hasConstantEntry(F)) {
-    Verdict V(false, "RequestWithdrawn");
-    V << "request withdrawn, it calls itself in "
-      << ore::NV("SelfCalls", unsigned(SelfCalls.size()))
-      << " places, more than " << ore::NV("Limit", MaxSelfCallsOfOpenRing)
-      << ", and no constant enters it from outside";
-    return V;
-  }
+  if (isCalledInShortLoop(F, FAM))
+    return refuse("RequestInShortLoop")
+           << "request withdrawn, the loop around its self call is worth more "
+              "unrolled";
+  if (SelfCalls.size() > MaxSelfCallsOfOpenRing && !hasConstantEntry(F))
+    return refuse("RequestWithdrawn")
+           << "request withdrawn, it calls itself in "
+           << ore::NV("SelfCalls", unsigned(SelfCalls.size()))
+           << " places, more than " << ore::NV("Limit", MaxSelfCallsOfOpenRing)
+           << ", and no constant enters it from outside";
   return std::nullopt;
 }
 

@@ -89,7 +89,7 @@ PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
       continue;
     enterAlignedRing(Chain, *Alignment);
     if (areRemarksEnabled(M))
-      emitRemark(*Chain.Origin, Verdict(true, "RingAligned")
+      emitRemark(*Chain.Origin, accept("RingAligned")
                                     << NV("Shape", "ring") << " of "
                                     << NV("Copies", Alignment->Divisor)
                                     << " copies, one for each remainder");

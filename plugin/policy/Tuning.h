@@ -48,11 +48,6 @@ constexpr unsigned MaxSizePerCall = 15;
 /// Most other calls for each self call.  With more, the time goes into those.
 constexpr unsigned MaxOtherCalls = 1;
 
-/// Most arguments of a function that is handed more than it was (a sum, what
-/// was computed before the test): as many as are passed in registers on most
-/// targets.
-constexpr unsigned MaxArguments = 6;
-
 //===----------------------------------------------------------------------===//
 // How many copies
 //===----------------------------------------------------------------------===//

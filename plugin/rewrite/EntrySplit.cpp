@@ -65,6 +65,76 @@ static EntrySplit findBegin(const EntryGuard &Head) {
   return {Head, Beyond, Test, nullptr, {}, {}};
 }
 
+namespace {
+/// Which instructions of a function the rest of it consists of.
+class RestOfFunction {
+public:
+  explicit RestOfFunction(const EntrySplit &Split)
+      : Split(Split),
+        Blocks(Split.FirstOfTest ? findReachable(Split.Head.Beyond)
+                                 : findReachable(Split.Begin)) {}
+
+  /// The blocks of the head, but for one that the rest begins with.
+  auto getHeadBlocks() const {
+    return make_filter_range(Split.Head.Blocks, [this](const BasicBlock *BB) {
+      return Split.FirstOfTest || BB != Split.Begin;
+    });
+  }
+
+  bool contains(const BasicBlock *BB) const { return Blocks.contains(BB); }
+
+  bool contains(const Instruction *I) const {
+    if (Split.FirstOfTest && I->getParent() == Split.Begin)
+      return !I->comesBefore(Split.FirstOfTest);
+    return Blocks.contains(I->getParent());
+  }
+
+  /// Is \p U a use in the rest, or on the way there?
+  bool contains(const Use &U) const {
+    const auto *User = cast<Instruction>(U.getUser());
+    const auto *Phi = dyn_cast<PHINode>(User);
+    if (!Phi)
+      return contains(User);
+    const BasicBlock *From = Phi->getIncomingBlock(U);
+    return contains(From->getTerminator()) ||
+           (From == Split.Before && Phi->getParent() == Split.Begin);
+  }
+
+private:
+  const EntrySplit &Split;
+  const SmallPtrSet<const BasicBlock *, 16> Blocks;
+};
+} // namespace
+
+/// Can \p Split begin its rest where it says, with one way to there?
+static bool hasClearBegin(const EntrySplit &Split, const RestOfFunction &Rest) {
+  if (any_of(Rest.getHeadBlocks(),
+             [&Rest](const BasicBlock *BB) { return Rest.contains(BB); }))
+    return false;
+  // A variable is one as long as it stands in the entry block.
+  if (Split.FirstOfTest)
+    return none_of(
+        make_range(Split.FirstOfTest->getIterator(), Split.Begin->end()),
+        [](const Instruction &I) { return isa<AllocaInst>(I); });
+  return !Split.Before || count(successors(Split.Before), Split.Begin) == 1;
+}
+
+/// Adds \p I of the head to what \p Split hands over, if \p Rest uses it. False
+/// if that cannot be done.
+static bool handOver(Instruction &I, const RestOfFunction &Rest,
+                     EntrySplit &Split) {
+  auto IsInRest = [&Rest](const Use &U) { return Rest.contains(U); };
+  if (none_of(I.uses(), IsInRest))
+    return true;
+  if (auto *Alloca = dyn_cast<AllocaInst>(&I)) {
+    Split.Variables.push_back(Alloca);
+    // It would have two addresses.
+    return Alloca->isStaticAlloca() && all_of(I.uses(), IsInRest);
+  }
+  Split.LiveValues.push_back(&I);
+  return !I.getType()->isTokenTy();
+}
+
 std::optional<EntrySplit>
 llvm::inlinerecursion::findEntrySplit(Function &F, unsigned MaxSize,
                                       bool InlinerFollows) {
@@ -73,40 +143,11 @@ llvm::inlinerecursion::findEntrySplit(Function &F, unsigned MaxSize,
   if (!Head)
     return std::nullopt;
   EntrySplit Split = findBegin(*Head);
-  // The instructions of the rest, but for the end of a block of the head.
-  auto Rest = Split.FirstOfTest ? findReachable(Head->Beyond)
-                                : findReachable(Split.Begin);
-  auto IsOfHead = [&](const BasicBlock *BB) {
-    return Split.FirstOfTest || BB != Split.Begin;
-  };
-  auto HeadOnly = make_filter_range(Head->Blocks, IsOfHead);
-  if (any_of(HeadOnly, [&](const BasicBlock *BB) { return Rest.contains(BB); }))
+  const RestOfFunction Rest(Split);
+  if (!hasClearBegin(Split, Rest))
     return std::nullopt;
-  if (Split.FirstOfTest) {
-    // A variable is one as long as it stands in the entry block.
-    if (any_of(make_range(Split.FirstOfTest->getIterator(), Split.Begin->end()),
-               [](const Instruction &I) { return isa<AllocaInst>(I); }))
-      return std::nullopt;
-  } else if (Split.Before &&
-             count(successors(Split.Before), Split.Begin) != 1) {
-    return std::nullopt;
-  }
 
-  auto IsBehindBegin = [&](const Instruction *I) {
-    if (Split.FirstOfTest && I->getParent() == Split.Begin)
-      return !I->comesBefore(Split.FirstOfTest);
-    return Rest.contains(I->getParent());
-  };
-  auto IsInRest = [&](const Use &U) {
-    const auto *User = cast<Instruction>(U.getUser());
-    const auto *Phi = dyn_cast<PHINode>(User);
-    if (!Phi)
-      return IsBehindBegin(User);
-    const BasicBlock *From = Phi->getIncomingBlock(U);
-    return IsBehindBegin(From->getTerminator()) ||
-           (From == Split.Before && Phi->getParent() == Split.Begin);
-  };
-  for (BasicBlock *BB : HeadOnly)
+  for (BasicBlock *BB : Rest.getHeadBlocks())
     for (Instruction &I : *BB) {
       if (&I == Split.FirstOfTest)
         break;
@@ -114,18 +155,8 @@ llvm::inlinerecursion::findEntrySplit(Function &F, unsigned MaxSize,
       if (InlinerFollows && Call && Call->getCalledFunction() &&
           !Call->getCalledFunction()->isDeclaration())
         return std::nullopt;
-      if (none_of(I.uses(), IsInRest))
-        continue;
-      if (auto *Alloca = dyn_cast<AllocaInst>(&I)) {
-        // It would have two addresses.
-        if (!Alloca->isStaticAlloca() || !all_of(I.uses(), IsInRest))
-          return std::nullopt;
-        Split.Variables.push_back(Alloca);
-        continue;
-      }
-      if (I.getType()->isTokenTy())
+      if (!handOver(I, Rest, Split))
         return std::nullopt;
-      Split.LiveValues.push_back(&I);
     }
   if (F.arg_size() + Split.LiveValues.size() > MaxArguments)
     return std::nullopt;
