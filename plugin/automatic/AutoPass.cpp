@@ -4,19 +4,18 @@
 #include "host/DirectCalls.h"
 #include "host/InliningPlan.h"
 #include "plugin/automatic/GrowthBudget.h"
+#include "plugin/automatic/Trial.h"
 #include "plugin/ir/Driver.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/SingleRun.h"
 #include "plugin/policy/Facts.h"
 #include "plugin/policy/Policy.h"
-#include "plugin/policy/Preparation.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/rewrite/Build.h"
 #include "plugin/tell/Remarks.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Module.h"
-#include "llvm/Transforms/Scalar/TailRecursionElimination.h"
 #include <deque>
 #include <memory>
 
@@ -35,6 +34,17 @@ void llvm::inlinerecursion::forgetSeen(Module &M) {
     F.removeFnAttr(SeenMark);
 }
 
+void llvm::inlinerecursion::tellUndecided(Module &M) {
+  for (Function &F : M) {
+    const Attribute Mark = F.getFnAttribute(UndecidedMark);
+    if (!Mark.isValid())
+      continue;
+    const std::string Reason = Mark.getValueAsString().str();
+    F.removeFnAttr(UndecidedMark);
+    emitRemark(F, refuse("AutoNoTest") << Reason);
+  }
+}
+
 /// What \p M has grown by, more or less, in an earlier run.
 static uint64_t findEarlierGrowth(const Module &M) {
   uint64_t Size = 0;
@@ -50,11 +60,13 @@ struct Candidate {
   Function *F;
   /// Empty where they hold no more, as something around the function changed.
   std::unique_ptr<Facts> Known;
-  /// What is to be built if the function has the module for itself; made from
-  /// Known, and as old.
+  /// What is to be built of the function as it is, if it has the module for
+  /// itself; made from Known, and as old.
   std::optional<Plan> Wanted;
-  /// What it would grow by then (instructions), as first asked.
+  /// What it would grow by (instructions), as first asked.
   unsigned Demand = 0;
+  /// Is it what a split has left?
+  bool IsRest = false;
   /// Its share was too small; it gets what the others have left.
   bool IsLastTurn = false;
 };
@@ -62,8 +74,10 @@ struct Candidate {
 /// One run of the pass on one module.
 class AutoRun {
 public:
-  AutoRun(Module &M, FunctionAnalysisManager &FAM, const Bounds &Limits)
-      : M(M), FAM(FAM), Limits(Limits), TellUser(areRemarksEnabled(M)),
+  AutoRun(Module &M, FunctionAnalysisManager &FAM, const Bounds &Limits,
+          bool SecondLookFollows)
+      : M(M), FAM(FAM), Limits(Limits), SecondLookFollows(SecondLookFollows),
+        TellUser(areRemarksEnabled(M)),
         // A level that does not ask for copies to be inlined; that is done
         // here.
         D(FAM, /*Level=*/1, /*LongestRing=*/0) {}
@@ -73,18 +87,19 @@ public:
 
 private:
   SmallVector<Function *, 8> collect();
-  void addCandidate(Function &F);
-  void passSum(Candidate &C);
-  void makeLoops(Candidate &C);
+  void addCandidate(Function &F, bool IsRest);
   void rethink(Candidate &C);
   void forgetAround(const Function &F);
-  Plan planWithin(Candidate &C, uint64_t Share);
+  Plan planWithin(const Trial &Tried, uint64_t Share) const;
+  bool takeTurn(Candidate &C, GrowthBudget &Budget);
+  void buildPlan(Candidate &C, Function &F, const Plan &Granted);
+  void tell(const Candidate &C, const Trial &Tried, Plan &Decided) const;
   void shareOut();
-  void buildPlan(Function &F, const Plan &Granted);
 
   Module &M;
   FunctionAnalysisManager &FAM;
   const Bounds Limits;
+  const bool SecondLookFollows;
   const bool TellUser;
   Driver D;
   // Candidates are added while others are looked at.
@@ -132,67 +147,56 @@ void AutoRun::forgetAround(const Function &F) {
       C.Known.reset();
 }
 
-/// Has \p C hand on its sum from self call to self call, if that leads to a
-/// better ring.  It is about the function that does so then.
-void AutoRun::passSum(Candidate &C) {
-  const auto Sum = findSumToPass(*C.Known, Limits, *C.Wanted);
-  if (!Sum)
-    return;
-  forgetAround(*C.F);
-  if (TellUser)
-    emitRemark(*C.F, accept("AutoSum")
-                         << NV("Shape", "passed sum")
-                         << " by the automatic policy, handed on from self "
-                            "call to self call");
-  Function &Passing = passAccumulator(*C.F, *Sum);
-  FAM.invalidate(*C.F, PreservedAnalyses::none());
-  Changed = true;
-  C.F = &Passing;
-  C.Known.reset();
-  rethink(C);
-}
-
-/// Makes loops of the calls of \p C that would become some anyhow, if the rest
-/// of it is a better ring then.
-void AutoRun::makeLoops(Candidate &C) {
-  if (!wantsLoopsFirst(*C.Known, Limits, *C.Wanted))
-    return;
-  forgetAround(*C.F);
-  FAM.invalidate(*C.F, TailCallElimPass().run(*C.F, FAM));
-  Changed = true;
-  C.Known.reset();
-  rethink(C);
-}
-
-void AutoRun::addCandidate(Function &F) {
+void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidate C{&F};
+  C.IsRest = IsRest;
   rethink(C);
-  passSum(C);
-  makeLoops(C);
-  C.Demand = C.Wanted->Growth;
+  Trial Tried(F, FAM, Limits, *C.Known, *C.Wanted);
+  C.Demand = Tried.getPlan().Growth;
+  if (Tried.isPrepared()) {
+    Tried.takeBack();
+    C.Known.reset();
+  }
   Candidates.push_back(std::move(C));
 }
 
-/// The plan for \p C with a growth of at most \p Share; nothing is planned if
-/// that is too little.
-Plan AutoRun::planWithin(Candidate &C, uint64_t Share) {
-  rethink(C);
-  if (C.Demand <= Share && C.Wanted->Growth <= Share)
-    return *C.Wanted;
+/// What is built of the subject of \p Tried with a growth of at most \p Share;
+/// nothing if that is too little.
+Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
+  const Plan &Wanted = Tried.getPlan();
+  if (Wanted.Growth <= Share)
+    return Wanted;
   // Fewer copies, if they fit.
   Bounds Rest = Limits;
   Rest.FunctionGrowth = std::min<uint64_t>(Rest.FunctionGrowth, Share);
-  Plan Smaller = makePlan(*C.Known, Rest);
+  Plan Smaller = makePlan(Tried.getFacts(), Rest);
   if (Smaller.Kind != Plan::Nothing && Smaller.Growth <= Share)
     return Smaller;
   return Plan(refuse(NoRoom)
-              << "a ring of it would add " << NV("Growth", C.Demand)
+              << "a ring of it would add " << NV("Growth", Wanted.Growth)
               << " instructions, and the module may not grow by more than "
               << NV("Limit", GrowthLimit));
 }
 
-/// Builds what was \p Granted to \p F.
-void AutoRun::buildPlan(Function &F, const Plan &Granted) {
+/// Tells the user what was decided about \p C.
+void AutoRun::tell(const Candidate &C, const Trial &Tried,
+                   Plan &Decided) const {
+  // The user has written what was split, and knows about it.
+  if (!TellUser || (C.IsRest && Decided.Kind == Plan::Nothing))
+    return;
+  if (SecondLookFollows && Decided.LacksTest) {
+    C.F->addFnAttr(UndecidedMark, Decided.Decision.str());
+    return;
+  }
+  C.F->removeFnAttr(UndecidedMark);
+  if (Decided.Kind != Plan::Nothing && Tried.passesSum())
+    Decided.Decision << ", handing its sum on from self call to self call";
+  emitRemark(*C.F, Decided.Decision);
+}
+
+/// Builds what was \p Granted for \p F, which \p C is or has become.
+void AutoRun::buildPlan(Candidate &C, Function &F, const Plan &Granted) {
+  forgetAround(*C.F);
   forgetAround(F);
   const Built Result = build(F, Granted, D);
   for (Function *User : Result.Changed)
@@ -200,10 +204,33 @@ void AutoRun::buildPlan(Function &F, const Plan &Granted) {
   Changed = true;
   // A function that is taken apart leaves another one behind.
   if (Result.Rest)
-    addCandidate(*Result.Rest);
+    addCandidate(*Result.Rest, /*IsRest=*/true);
 }
 
-/// Divides the growth of the module among the candidates and builds.
+/// Decides about \p C and builds what fits.  False if its share is too little,
+/// and another turn may bring more.
+bool AutoRun::takeTurn(Candidate &C, GrowthBudget &Budget) {
+  rethink(C);
+  Trial Tried(*C.F, FAM, Limits, *C.Known, *C.Wanted);
+  Plan Granted =
+      planWithin(Tried, C.IsLastTurn ? Budget.getLeft() : Budget.getShare());
+  Budget.take(C.IsLastTurn ? 0 : C.Demand, Granted.Growth);
+  const bool IsDone = Granted.Decision.Name != NoRoom || C.IsLastTurn;
+  if (IsDone)
+    tell(C, Tried, Granted);
+  if (Granted.LacksTest)
+    C.F->removeFnAttr(SeenMark);
+  if (Granted.Kind != Plan::Nothing) {
+    Tried.keep();
+    buildPlan(C, Tried.getSubject(), Granted);
+  } else if (Tried.isPrepared()) {
+    Tried.takeBack();
+    C.Known.reset();
+  }
+  return IsDone;
+}
+
+/// Divides the growth of the module among the candidates.
 void AutoRun::shareOut() {
   SmallVector<unsigned, 8> Demands;
   for (const Candidate &C : Candidates)
@@ -211,23 +238,11 @@ void AutoRun::shareOut() {
   const uint64_t Used = Limits.InlinerFollows ? 0 : findEarlierGrowth(M);
   GrowthBudget Budget(GrowthLimit - std::min(GrowthLimit, Used), Demands);
 
-  for (size_t I = 0; I != Candidates.size(); ++I) {
-    Candidate &C = Candidates[I];
-    const Plan Granted =
-        planWithin(C, C.IsLastTurn ? Budget.getLeft() : Budget.getShare());
-    Budget.take(C.IsLastTurn ? 0 : C.Demand, Granted.Growth);
-    if (Granted.Decision.Name == NoRoom && !C.IsLastTurn) {
-      C.IsLastTurn = true;
-      Candidates.push_back(std::move(C));
-      continue;
+  for (size_t I = 0; I != Candidates.size(); ++I)
+    if (!takeTurn(Candidates[I], Budget)) {
+      Candidates[I].IsLastTurn = true;
+      Candidates.push_back(std::move(Candidates[I]));
     }
-    if (TellUser)
-      emitRemark(*C.F, Granted.Decision);
-    if (Granted.LacksTest)
-      C.F->removeFnAttr(SeenMark);
-    if (Granted.Kind != Plan::Nothing)
-      buildPlan(*C.F, Granted);
-  }
 }
 
 bool AutoRun::run() {
@@ -236,7 +251,7 @@ bool AutoRun::run() {
     return false;
   GrowthLimit = findGrowthLimit(M, Limits);
   for (Function *F : Recursive)
-    addCandidate(*F);
+    addCandidate(*F, /*IsRest=*/false);
   shareOut();
   return Changed;
 }
@@ -244,7 +259,7 @@ bool AutoRun::run() {
 PreservedAnalyses AutoPass::run(Module &M, ModuleAnalysisManager &MAM) {
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   SingleRun Alone;
-  if (!AutoRun(M, FAM, Limits).run())
+  if (!AutoRun(M, FAM, Limits, SecondLookFollows).run())
     return PreservedAnalyses::all();
   // Of all other functions the analyses stay.
   PreservedAnalyses PA;

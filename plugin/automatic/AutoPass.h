@@ -43,11 +43,17 @@ bool isSeenByAuto(const Function &F);
 /// Takes the marks of what was seen in \p M back.
 void forgetSeen(Module &M);
 
+/// Tells about those functions of \p M whose refusal was held back and that no
+/// second look has decided about.
+void tellUndecided(Module &M);
+
 class AutoPass : public PassInfoMixin<AutoPass> {
 public:
   /// Where the pass stands is said by \p Limits, too: in front of an inliner it
-  /// looks at all recursion, behind it at what is new.
-  explicit AutoPass(Bounds Limits) : Limits(Limits) {}
+  /// looks at all recursion, behind it at what is new.  \p SecondLookFollows:
+  /// what is refused for a reason that may go away is decided and told there.
+  explicit AutoPass(Bounds Limits, bool SecondLookFollows = false)
+      : Limits(Limits), SecondLookFollows(SecondLookFollows) {}
 
   PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);
   void printPipeline(raw_ostream &OS,
@@ -56,6 +62,7 @@ public:
 
 private:
   Bounds Limits;
+  bool SecondLookFollows;
 };
 
 } // namespace inlinerecursion

@@ -89,6 +89,7 @@ static PreservedAnalyses buildUncovered(Module &M, ModuleAnalysisManager &MAM,
 PreservedAnalyses BehindInlinerPass::run(Module &M,
                                          ModuleAnalysisManager &MAM) {
   PreservedAnalyses PA = buildUncovered(M, MAM, Limits, Level);
+  tellUndecided(M);
   // No analysis rests on the marks.
   forgetSeen(M);
   return PA;

@@ -38,6 +38,10 @@ constexpr StringLiteral PlannedMark = "inlinerecursion-planned";
 /// second look.
 constexpr StringLiteral SeenMark = "inlinerecursion-seen";
 
+/// The automatic policy has refused it for a reason that may go away, and tells
+/// behind the second look only; the value is the reason in words.  Until then.
+constexpr StringLiteral UndecidedMark = "inlinerecursion-undecided";
+
 /// On loops around calls from copy to copy, as metadata.  Stays.
 constexpr StringLiteral ChainLoopMark = "llvm.loop.inlinerecursion.chain";
 
@@ -57,6 +61,8 @@ constexpr StringLiteral GuardSuffix = ".recurse.guard";
 constexpr StringLiteral RestSuffix = ".recurse.rest";
 /// A function that is handed the sum so far.
 constexpr StringLiteral SumSuffix = ".recurse.sum";
+/// The body of a function while another is tried in its place.
+constexpr StringLiteral SavedSuffix = ".recurse.saved";
 /// The entry of an aligned ring, which looks for the copy.
 constexpr StringLiteral EntrySuffix = ".recurse.entry";
 

@@ -18,17 +18,6 @@ using namespace llvm;
 using namespace llvm::inlinerecursion;
 using ore::NV;
 
-static Verdict describeRing(const CloneChain &Ring) {
-  const Attribute Asked = Ring.Origin->getFnAttribute(Request);
-  Verdict V = accept("Chained");
-  V << NV("Shape", "ring") << " of "
-    << NV("Copies", unsigned(Ring.Copies.size()))
-    << (Ring.Copies.size() == 1 ? " copy" : " copies")
-    << (Asked.getValueAsString() == FoundRequest ? ", without being asked"
-                                                 : ", as requested");
-  return V;
-}
-
 static Verdict describeRefusedRing() {
   Verdict V = refuse("CloneLimit");
   V << "the ring that it requests would exceed the limit of "

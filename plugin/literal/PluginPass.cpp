@@ -23,12 +23,15 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
     return InlineRecursionPass(Level).run(M, MAM);
 
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
-  auto EmitRemark = [](Function &F,
-                       InlineRecursion::InlineRecursionCosting *Costing,
-                       const Verdict &V) {
+  auto EmitRemark = [this](Function &F,
+                           InlineRecursion::InlineRecursionCosting *Costing,
+                           const Verdict &V) {
     if (Costing)
       emitAnalysis(*Costing);
-    emitRemark(F, V);
+    if (Costing && !V.Accepted && Next.Auto)
+      emitRefusalAnalysis(F, V);
+    else if (Costing || !V.Accepted || !Next.RingInlining)
+      emitRemark(F, V);
   };
   return runObserved(M, FAM, Level, EmitRemark) ? PreservedAnalyses::none()
                                                 : PreservedAnalyses::all();

@@ -5,6 +5,11 @@
 /// once, and with remarks about what it decided.  Where nobody listens it runs
 /// unobserved.
 ///
+/// A user wants to read once about a function what became of it.  Where passes
+/// follow that may still change that, the last word is left to them: to
+/// AutoPass about what the pass has costed and refused (the pass's own reason
+/// is an analysis remark then), and to RingInliningPass about rings.
+///
 //===----------------------------------------------------------------------===//
 
 #ifndef INLINERECURSION_PLUGIN_LITERAL_PLUGINPASS_H
@@ -17,8 +22,15 @@ namespace inlinerecursion {
 
 class PluginPass : public PassInfoMixin<PluginPass> {
 public:
+  /// Which passes come behind it and have the last word.
+  struct Followers {
+    bool RingInlining = false;
+    bool Auto = false;
+  };
+
   /// \p Level is 0 to 4; 0 leaves it to `inline-recursion-opt-level`.
-  explicit PluginPass(int Level) : Level(Level) {}
+  explicit PluginPass(int Level) : PluginPass(Level, Followers()) {}
+  PluginPass(int Level, Followers Next) : Level(Level), Next(Next) {}
 
   PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);
   void printPipeline(raw_ostream &OS,
@@ -28,6 +40,7 @@ public:
 
 private:
   int Level;
+  Followers Next;
 };
 
 /// Prints \p Name with the parameter of the level, if one is given.

@@ -157,3 +157,13 @@ Verdict llvm::inlinerecursion::judgeCosting(
       << NV("Instructions", Costing.NumOfInsts) << " instructions";
   return V;
 }
+
+Verdict llvm::inlinerecursion::describeRing(const CloneChain &Ring) {
+  const StringRef Asked =
+      Ring.Origin->getFnAttribute(Request).getValueAsString();
+  return accept("Chained") << NV("Shape", "ring") << " of "
+                           << NV("Copies", unsigned(Ring.Copies.size()))
+                           << (Ring.Copies.size() == 1 ? " copy" : " copies")
+                           << (Asked == FoundRequest ? ", without being asked"
+                                                     : ", as requested");
+}

@@ -12,6 +12,7 @@
 #define INLINERECURSION_PLUGIN_LITERAL_REASONS_H
 
 #include "pass/InlineRecursion.h"
+#include "plugin/ir/CloneChain.h"
 #include "plugin/tell/Verdict.h"
 #include <optional>
 
@@ -27,6 +28,9 @@ std::optional<Verdict> judgeFilter(const Function &F);
 /// option that carries the depth are left as they were, and nothing is printed.
 Verdict judgeCosting(InlineRecursion::InlineRecursionCosting Costing,
                      unsigned CloneCount);
+
+/// That \p Ring was granted, and on whose wish.
+Verdict describeRing(const CloneChain &Ring);
 
 } // namespace inlinerecursion
 } // namespace llvm

@@ -6,13 +6,13 @@
 #include "plugin/ir/CloneChain.h"
 #include "plugin/ir/Names.h"
 #include "plugin/legality/RingSize.h"
+#include "plugin/literal/Reasons.h"
 #include "plugin/literal/RingAlignment.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/recursion/Unrolling.h"
 #include "plugin/tell/Remarks.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/LoopInfo.h"
-#include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
@@ -20,7 +20,6 @@
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
-using ore::NV;
 
 static cl::opt<unsigned> SizeUnrollableLoop(
     "inlinerecursion-ring-size-loop", cl::init(100), cl::Hidden,
@@ -76,24 +75,27 @@ PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
     if (!Chain.isRing())
       continue;
     const unsigned SizeLimit = getSizeLimit(Chain, FAM);
+    const bool IsNew = isGranted(Chain) && !isPlanned(Chain);
     std::optional<RingAlignment> Alignment;
-    if (isGranted(Chain) && !isPlanned(Chain))
+    if (IsNew)
       Alignment = findAlignment(Chain);
     if (Alignment)
       alignRing(Chain, *Alignment);
     planInlining(Chain.Copies, SizeLimit, GrowthLeft);
-    if (isGranted(Chain))
-      for (Function *Copy : Chain.Copies)
-        Copy->addFnAttr(PlannedMark);
-    if (!Alignment)
+    if (Alignment) {
+      enterAlignedRing(Chain, *Alignment);
+      Changed = true;
+    }
+    if (!IsNew)
       continue;
-    enterAlignedRing(Chain, *Alignment);
-    if (areRemarksEnabled(M))
-      emitRemark(*Chain.Origin, accept("RingAligned")
-                                    << NV("Shape", "ring") << " of "
-                                    << NV("Copies", Alignment->Divisor)
-                                    << " copies, one for each remainder");
-    Changed = true;
+    for (Function *Copy : Chain.Copies)
+      Copy->addFnAttr(PlannedMark);
+    if (!areRemarksEnabled(M))
+      continue;
+    Verdict V = describeRing(Chain);
+    if (Alignment)
+      V << ", one for each remainder";
+    emitRemark(*Chain.Origin, V);
   }
   return Changed ? PreservedAnalyses::none() : PreservedAnalyses::all();
 }

@@ -54,6 +54,11 @@ static void addRequests(ModulePassManager &MPM,
   MPM.addPass(RequestsPass(Parameters.FindRequests));
 }
 
+static void addWholePipeline(ModulePassManager &MPM,
+                             const PassParameters &Parameters) {
+  addPipeline(MPM, Parameters, /*SecondLookFollows=*/false);
+}
+
 static constexpr AcceptedParameters NoParameters = {};
 static constexpr AcceptedParameters LevelOnly = {/*Level=*/true};
 static constexpr AcceptedParameters FindOnly = {/*Level=*/false,
@@ -76,7 +81,7 @@ static const NamedPass<ModulePassManager> ModulePasses[] = {
     {AutoName, AutoPass::name(), LimitsOnly, addWithLimits<AutoPass>},
     {BehindInlinerName, BehindInlinerPass::name(), LimitsOnly,
      addWithLimits<BehindInlinerPass>},
-    {PipelineName, "", AllParameters, addPipeline},
+    {PipelineName, "", AllParameters, addWholePipeline},
 };
 
 static const NamedPass<FunctionPassManager> FunctionPasses[] = {

@@ -28,14 +28,16 @@ static PassParameters getDefaultParameters(OptimizationLevel Level) {
 }
 
 void llvm::inlinerecursion::addPipeline(ModulePassManager &MPM,
-                                        const PassParameters &Parameters) {
+                                        const PassParameters &Parameters,
+                                        bool SecondLookFollows) {
   MPM.addPass(PromotionPass());
   MPM.addPass(RequestsPass(Parameters.FindRequests));
   MPM.addPass(ProtectionPass());
-  MPM.addPass(PluginPass(Parameters.Level));
+  MPM.addPass(
+      PluginPass(Parameters.Level, {/*RingInlining=*/true, Parameters.Auto}));
   MPM.addPass(RingInliningPass());
   if (Parameters.Auto)
-    MPM.addPass(AutoPass(Parameters.Limits));
+    MPM.addPass(AutoPass(Parameters.Limits, SecondLookFollows));
   MPM.addPass(CallRepairPass());
   MPM.addPass(ChainLoopsPass());
 }
@@ -43,11 +45,12 @@ void llvm::inlinerecursion::addPipeline(ModulePassManager &MPM,
 void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
   // After SROA, so that the counts describe SSA form, and directly before the
   // inliner.  Nothing at O0, where the user wants to see his functions.
-  auto AddAboveO0 = [](ModulePassManager &MPM, OptimizationLevel Level) {
-    if (Level != OptimizationLevel::O0)
-      addPipeline(MPM, getDefaultParameters(Level));
-  };
-  PB.registerPipelineEarlySimplificationEPCallback(AddAboveO0);
+  PB.registerPipelineEarlySimplificationEPCallback(
+      [](ModulePassManager &MPM, OptimizationLevel Level) {
+        if (Level != OptimizationLevel::O0)
+          addPipeline(MPM, getDefaultParameters(Level),
+                      /*SecondLookFollows=*/true);
+      });
   PB.registerOptimizerEarlyEPCallback(
       [](ModulePassManager &MPM, OptimizationLevel Level) {
         const PassParameters Parameters = getDefaultParameters(Level);
@@ -68,5 +71,10 @@ void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
         MPM.addPass(createModuleToFunctionPassAdaptor(std::move(FPM)));
       });
   // Full LTO has an inliner of its own, over calls between files.
-  PB.registerFullLinkTimeOptimizationEarlyEPCallback(AddAboveO0);
+  PB.registerFullLinkTimeOptimizationEarlyEPCallback(
+      [](ModulePassManager &MPM, OptimizationLevel Level) {
+        if (Level != OptimizationLevel::O0)
+          addPipeline(MPM, getDefaultParameters(Level),
+                      /*SecondLookFollows=*/false);
+      });
 }

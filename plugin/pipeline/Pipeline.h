@@ -20,7 +20,9 @@ namespace inlinerecursion {
 struct PassParameters;
 
 /// The whole way of a module through the plugin, up to the inliner.
-void addPipeline(ModulePassManager &MPM, const PassParameters &Parameters);
+/// \p SecondLookFollows: BehindInlinerPass stands behind the inliner.
+void addPipeline(ModulePassManager &MPM, const PassParameters &Parameters,
+                 bool SecondLookFollows);
 
 /// Registers the places in the default pipelines with \p PB.
 void registerExtensionPoints(PassBuilder &PB);

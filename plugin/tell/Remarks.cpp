@@ -52,6 +52,13 @@ static RemarkT buildRemark(Function &F, const Verdict &V, StringRef Outcome) {
   return Remark;
 }
 
+void llvm::inlinerecursion::emitRefusalAnalysis(Function &F, const Verdict &V) {
+  OptimizationRemarkEmitter ORE(&F);
+  auto Remark =
+      buildRemark<OptimizationRemarkAnalysis>(F, V, "refused by the pass: ");
+  ORE.emit(Remark);
+}
+
 void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V) {
   OptimizationRemarkEmitter ORE(&F);
   if (V.Accepted) {

@@ -4,7 +4,8 @@
 /// One remark for every directly recursive function, under the pass name
 /// "inlinerecursion": what -Rpass (accepted) and -Rpass-missed (refused) show,
 /// and what optimisation records contain.  -Rpass-analysis adds the counts of
-/// those that were costed.
+/// those that were costed, and why the pass itself refused what the automatic
+/// policy decided about in the end.
 ///
 //===----------------------------------------------------------------------===//
 
@@ -22,6 +23,9 @@ bool areRemarksEnabled(const Module &M);
 
 /// Tells the counts that \p Costing is based on.
 void emitAnalysis(InlineRecursion::InlineRecursionCosting &Costing);
+
+/// Tells why the pass refused \p F, where that is not the last word about it.
+void emitRefusalAnalysis(Function &F, const Verdict &V);
 
 /// Tells what was decided about \p F, at its location in the source.
 void emitRemark(Function &F, const Verdict &V);

@@ -1,5 +1,5 @@
 // What plain clang turns into loops needs no stack with rings either, a million levels deep.
-// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --ring walk --ring find --ring get --passed-sum sum --ring sum.recurse.sum --ring deepest --ring fold --ring discard %s
+// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --ring walk --ring find --ring get --passed-sum sum --ring sum --ring deepest --ring fold --ring discard %s
 #include <stdbool.h>
 #include <stdio.h>
 #include <stdlib.h>

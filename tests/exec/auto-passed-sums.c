@@ -2,7 +2,7 @@
 // with values that are there before a call or after it, in loops, where paths
 // meet, by other operations than addition, beyond the largest number, and where
 // calls change what is added.
-// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --passed-sum nodes --passed-sum after --passed-sum children --passed-sum paths --passed-sum mixed --passed-sum product --passed-sum wraps --passed-sum nested --ring nodes.recurse.sum --ring after.recurse.sum --ring paths.recurse.sum --ring mixed.recurse.sum --ring product.recurse.sum --ring wraps.recurse.sum --ring nested.recurse.sum --ring children.recurse.sum --ring compared %s
+// RUN: %python %S/../tools/compare_auto.py --clang %clang --plugin %plugin --scratch %t.dir --passed-sum nodes --passed-sum after --passed-sum children --passed-sum paths --passed-sum mixed --passed-sum product --passed-sum wraps --passed-sum nested --ring nodes --ring after --ring paths --ring mixed --ring product --ring wraps --ring nested --ring children --ring compared %s
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>

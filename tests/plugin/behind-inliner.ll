@@ -6,10 +6,7 @@
 ; RUN: FileCheck %s --input-file=%t.ll --implicit-check-not='@{{.*}}recurse.clone{{.+}}(' --implicit-check-not=inlinerecursion-seen
 ; RUN: %opt -passes='default<O3>' -inlinerecursion-auto=false -S %s | FileCheck %s --check-prefix=OFF --implicit-check-not=recurse.clone
 
-; TOLD: 'refused' not chained: it is called from 0 places outside itself
-; TOLD: 'hidden' not chained: it calls itself in 2 places
 ; TOLD: 'refused' not chained: its recursion becomes a loop
-; TOLD: 'hidden' not chained: no test stands in front of its self calls
 ; TOLD: 'destroy' rebuilt as a ring of 3 copies by the automatic policy, with its first test in front of calls
 ; TOLD: 'hidden' rebuilt as a ring
 ; OFF: call {{.*}}@destroy(

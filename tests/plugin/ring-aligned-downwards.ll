@@ -4,7 +4,7 @@
 ; RUN: %opt -passes=inlinerecursion,inlinerecursion-ring-inlining -pass-remarks=inlinerecursion -disable-output %s 2>&1 | FileCheck %s --check-prefix=REMARK
 ; RUN: %opt -passes=inlinerecursion,inlinerecursion-ring-inlining -disable-output %s 2>&1 | count 0
 
-; REMARK: 'f' rebuilt as a ring of 3 copies, one for each remainder
+; REMARK: 'f' rebuilt as a ring of 3 copies, as requested, one for each remainder
 
 declare void @use(i32)
 

@@ -3,8 +3,9 @@
 Usage: check_reference.py ROOT OPT PLUGIN
 
 Options and defaults are read from the sources (every cl::opt there), passes and
-parameters are tried out with opt. Prints one line per difference, and how much
-was compared; exit status 1 on any difference.
+parameters are tried out with opt. Each obstacle of the automatic policy has to stand
+in the user guide, and to have a test in tests/negative that is named after it. Prints
+one line per difference, and how much was compared; exit status 1 on any difference.
 """
 
 import re
@@ -33,9 +34,9 @@ def compare(what, documented, actual):
 
 
 declared = {}
-for source in sorted(root.glob("*/*.cpp")):
-    if source.parent.name not in ("pass", "host", "plugin"):
-        continue
+sources = [source for folder in ("pass", "host", "plugin")
+           for source in sorted((root / folder).rglob("*.cpp"))]
+for source in sources:
     text = source.read_text()
     for match in re.finditer(r'cl::opt<\w+>\s+\w+\(\s*"([^"]+)",(.*?)\);', text, re.S):
         declared[match[1]] = re.search(r"cl::init\((\w+)\)", match[2])[1]
@@ -50,12 +51,16 @@ def accepts(pipeline):
 
 parameters = ["level=3", "find-requests", "no-find-requests", "auto", "no-auto",
               "copies=3", "function-growth=3", "module-growth=3"]
-registered = set(re.findall(r'Name\s*=\s*"([^"]+)"', (root / "plugin" / "Pipeline.cpp").read_text()))
+names = dict(re.findall(r'StringLiteral (\w+Name) =\s*"([^"]+)"',
+                        (root / "plugin/ir/Names.h").read_text()))
+registered = {names[name] for name in re.findall(
+    r"\{(\w+Name), ", (root / "plugin/pipeline/NamedPasses.cpp").read_text())}
 
 def wrap(text):
     """A pass inside the pass managers that it needs."""
     levels = {"inlinerecursion-loop-hints": "function(loop({}))",
-              "inlinerecursion-cut-recurrences": "function({})"}
+              "inlinerecursion-cut-recurrences": "function({})",
+              "inlinerecursion-early-sums": "function({})"}
     return levels.get(text.split("<")[0], "{}").format(text)
 
 
@@ -68,5 +73,16 @@ for name in registered:
     actual[name] = ", ".join(p for p in parameters if accepts(wrap(f"{name}<{p}>")))
 compare("pass", documented, actual)
 
-print("\n".join(differences + [f"{len(declared)} options, {len(registered)} passes compared"]))
+guide = (root / "docs" / "user-guide.md").read_text()
+obstacles = set(re.findall(r'^ +\{"(Auto\w+)", ',
+                           (root / "plugin/policy/Obstacles.cpp").read_text(), re.M))
+for name in sorted(obstacles):
+    if f"`{name}`" not in guide:
+        differences.append(f"obstacle {name}: not in the user guide")
+    test = "-".join(re.findall(r"[A-Z][a-z]*", name)).lower()
+    if not (root / "tests/negative" / f"{test}.ll").exists():
+        differences.append(f"obstacle {name}: no tests/negative/{test}.ll")
+
+print("\n".join(differences + [f"{len(declared)} options, {len(registered)} passes, "
+                               f"{len(obstacles)} obstacles compared"]))
 sys.exit(bool(differences))

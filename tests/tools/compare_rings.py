@@ -99,8 +99,8 @@ def main():
         shapes = dict(re.findall(
             r"remark: '(\S+)' rebuilt as a (ring|chain) of"
             r"(?!.*by the automatic policy)", remarks))
-        aligned = re.findall(r"remark: '(\S+)' rebuilt as a ring of \d+ copies, one"
-                             " for each remainder", remarks)
+        aligned = re.findall(r"remark: '(\S+)' rebuilt as a ring of \d+ copies, "
+                             r"[a-z ]+, one for each remainder", remarks)
         for name in args.aligned:
             if name not in aligned:
                 sys.exit(f"compare_rings.py: '{name}' is not aligned at level"

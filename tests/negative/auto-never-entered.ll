@@ -1,0 +1,40 @@
+; A function that its profile has never seen entered makes no ring.
+; RUN: %opt -passes='inlinerecursion-pipeline' -pass-remarks=inlinerecursion -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='@f.recurse' --implicit-check-not=inlinerecursion-protected
+
+; CHECK-DAG: remark: <unknown>:0:0: 'f' not chained: it was never entered, says the profile
+; CHECK-DAG: 'taken' rebuilt as a ring of 5 copies by the automatic policy
+; CHECK: define internal {{.*}}@taken.recurse.clone(
+
+@g = external global i32
+
+define void @taken(i32 %n) {
+entry:
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %rec
+rec:
+  %m = lshr i32 %n, 1
+  call void @taken(i32 %m)
+  store i32 %n, ptr @g
+  call void @taken(i32 %m)
+  store i32 %m, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+
+define void @f(i32 %n) !prof !0 {
+entry:
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %rec
+rec:
+  %m = lshr i32 %n, 1
+  call void @f(i32 %m)
+  store i32 %n, ptr @g
+  call void @f(i32 %m)
+  store i32 %m, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+
+!0 = !{!"function_entry_count", i64 0}
