@@ -21,28 +21,12 @@ import argparse
 import itertools
 import os
 import re
-import shlex
-import subprocess
 import sys
+
+from programs import Program
 
 LEVELS = "01234"
 OPT_LEVELS = ("O1", "O2", "O3")
-RUN_LIMIT_SECONDS = 60
-
-
-def run(command):
-    """Runs a compiler; it has to succeed and may only emit remarks."""
-    done = subprocess.run(command, capture_output=True, text=True)
-    if done.returncode != 0:
-        sys.exit(f"compare.py: failed: {shlex.join(command)}\n{done.stderr}")
-    return done.stderr
-
-
-def behaviour(program):
-    """What can be seen of a run; a signal shows as a negative status."""
-    done = subprocess.run([program], capture_output=True,
-                          timeout=RUN_LIMIT_SECONDS)
-    return done.stdout, done.stderr, done.returncode
 
 
 def parse_chained(texts):
@@ -71,35 +55,19 @@ def main():
 
     expected_chains = parse_chained(args.chained)
     is_c = all(source.endswith(".c") for source in args.sources)
-    compiler = [os.path.join(args.bin, "clang" if is_c else "clang++"), "-w"]
+    compiler = [os.path.join(args.bin, "clang" if is_c else "clang++")]
     if args.std:
         compiler.append(f"-std={args.std}")
-    plugin = [f"-fpass-plugin={args.plugin}", "-Xclang", "-load", "-Xclang",
-              args.plugin, "-Rpass=inlinerecursion"]
-
-    os.makedirs(args.scratch, exist_ok=True)
-    reference = os.path.join(args.scratch, "reference")
-    run([*compiler, "-O2", *args.sources, "-lm", "-o", reference])
-    wanted = behaviour(reference)
-    if not wanted[0]:
-        sys.exit("compare.py: the program prints nothing to compare")
+    program = Program(compiler, args.sources, args.scratch)
 
     for level, opt in itertools.product(LEVELS, OPT_LEVELS):
-        program = os.path.join(args.scratch, f"{opt}-level{level}")
-        command = [*compiler, *plugin, f"-{opt}", "-mllvm",
-                   f"-inline-recursion-opt-level={level}", *args.sources,
-                   "-lm", "-o", program]
+        build = program.build(args.plugin, level, opt)
         chains = set(re.findall(r"remark: '(\S+)' rebuilt as a chain",
-                                run(command)))
+                                build.remarks))
         if chains != expected_chains[level]:
-            sys.exit(f"compare.py: level {level} at -{opt} chained"
-                     f" {sorted(chains)}, not {sorted(expected_chains[level])}\n"
-                     f"{shlex.join(command)}")
-        got = behaviour(program)
-        if got != wanted:
-            sys.exit(f"compare.py: level {level} at -{opt} changes what the"
-                     f" program does\n{shlex.join(command)}\n"
-                     f"plain -O2: {wanted}\nwith the plugin: {got}")
+            build.fail(f"chained {sorted(chains)},"
+                       f" not {sorted(expected_chains[level])}")
+        build.check_behaviour()
 
 
 main()
