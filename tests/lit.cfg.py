@@ -10,6 +10,7 @@ single directory in its Inputs/.
 
 import os
 import subprocess
+import sys
 
 import lit.formats
 
@@ -26,7 +27,8 @@ def llvm_tool(name):
 plugin = config.plugin
 opt = llvm_tool("opt")
 tools = os.path.join(config.test_source_root, "tools")
-python = config.python
+# The interpreter itself, where CMake may have found a script that looks for one.
+python = sys.executable
 
 # opt only warns about a plugin that it cannot load and goes on without, and then
 # a test that expects "nothing happens" would pass.
