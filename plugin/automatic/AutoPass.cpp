@@ -57,6 +57,8 @@ static uint64_t findEarlierGrowth(const Module &M) {
 namespace {
 /// A function that is asked about.
 struct Candidate {
+  Candidate(Function &F, bool IsRest) : F(&F), IsRest(IsRest) {}
+
   Function *F;
   /// Empty where they hold no more, as something around the function changed.
   std::unique_ptr<Facts> Known;
@@ -66,7 +68,7 @@ struct Candidate {
   /// What it would grow by (instructions), as first asked.
   unsigned Demand = 0;
   /// Is it what a split has left?
-  bool IsRest = false;
+  bool IsRest;
   /// Its share was too small; it gets what the others have left.
   bool IsLastTurn = false;
 };
@@ -148,8 +150,7 @@ void AutoRun::forgetAround(const Function &F) {
 }
 
 void AutoRun::addCandidate(Function &F, bool IsRest) {
-  Candidate C{&F};
-  C.IsRest = IsRest;
+  Candidate C(F, IsRest);
   rethink(C);
   Trial Tried(F, FAM, Limits, *C.Known, *C.Wanted);
   C.Demand = Tried.getPlan().Growth;
