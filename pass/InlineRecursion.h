@@ -1,5 +1,4 @@
-//===- InlineRecursion.h - Chains of copies for recursive functions -*- C++
-//-*-===//
+//===- InlineRecursion.h - Chains of copies for recursion -------*- C++ -*-===//
 //
 /// \file
 /// A module pass that prepares directly recursive functions for the inliner.

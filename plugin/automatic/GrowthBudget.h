@@ -40,7 +40,7 @@ public:
 private:
   uint64_t Left;
   /// What a function gets of its demand.
-  uint64_t Most;
+  uint64_t Cap;
   /// What the functions before left of their shares.
   uint64_t Unused = 0;
 };

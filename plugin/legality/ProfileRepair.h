@@ -7,9 +7,8 @@
 ///
 ///   caller              100 calls, known from the caller's own profile
 ///     v
-///   F.recurse.clone     100                  F had 1000: what comes from
-///   outside
-///     v                                      comes here, and here only
+///   F.recurse.clone     100               F had 1000: what comes from outside
+///     v                                   comes here, and here only
 ///   F.recurse.clone.1   at most 900
 ///     v
 ///   F <-+               at most 900

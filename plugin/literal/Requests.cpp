@@ -83,8 +83,8 @@ static bool hasConstantEntry(const Function &F) {
 }
 
 /// Where a loop of few trips stands around a self call, the loop is worth more
-/// unrolled: a knight's tour takes 1.3 times plain clang's time as a ring, and
-/// 0.85 of it as what the automatic policy makes of it.
+/// unrolled, and what the automatic policy makes of it is faster than a ring.
+/// Kernel: knight.
 static bool isCalledInShortLoop(Function &F, FunctionAnalysisManager &FAM) {
   const auto &LI = FAM.getResult<LoopAnalysis>(F);
   auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
@@ -98,9 +98,9 @@ static bool wouldBeAligned(Function &F) {
   return findAlignment(F, &F, getPassOption(LongestRingOption)).has_value();
 }
 
-/// With several self calls, copies that know nothing do not pay: a puzzle
-/// gained a tenth at one start and lost a seventh at another.  And merging
-/// calls pays more than knowing a remainder.
+/// With several self calls, copies that know nothing do not pay: they gain at
+/// one start and lose at another (kernel: puzzle9).  And merging calls pays
+/// more than knowing a remainder.
 static bool profitsAsTree(Function &F, FunctionAnalysisManager &FAM) {
   return wouldBeAligned(F) && !hasEqualCalls(F, findSelfCalls(F), FAM);
 }

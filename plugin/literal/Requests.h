@@ -23,8 +23,8 @@
 ///   - The copies could not be aligned, and a self call stands in a loop that
 ///     the compiler unrolls.
 ///   - The copies could not be aligned, there are more than two self calls, and
-///     no constant enters from outside: a domino tiling with three self calls
-///     and an unknown start ran in 1.06 of plain clang's time as such a ring.
+///     no constant enters from outside: such a ring is slower than the function
+///     (kernel: domino).
 ///
 //===----------------------------------------------------------------------===//
 

@@ -21,8 +21,7 @@
 /// Only the step down past zero asks the entry.
 ///
 /// In each copy the remainder is a constant then, and so is what depends on it:
-/// the case of a switch, the address of a table's element.  A state machine of
-/// seven states runs in two thirds of the time that it takes without that.
+/// the case of a switch, the address of a table's element.  Kernel: machine.
 ///
 //===----------------------------------------------------------------------===//
 
@@ -85,9 +84,11 @@ std::optional<RingAlignment> findAlignment(const CloneChain &Ring);
 /// called.
 void alignRing(CloneChain &Ring, const RingAlignment &Alignment);
 
-/// Lets all who call the origin of \p Ring, itself included, enter those copies
-/// that are not inlined, and at least one is not.  The step past zero, which
-/// alignRing has led around the ring, enters it anew.
+/// Lets all calls of the origin of \p Ring, its own included, enter the ring at
+/// the copy of their remainder.  Only copies that are not inlined can be
+/// entered; there has to be at least one.  Where a step leads past zero,
+/// alignRing has linked it to the copy behind the last one; that step enters
+/// the ring anew.
 void enterAlignedRing(const CloneChain &Ring, const RingAlignment &Alignment);
 
 } // namespace inlinerecursion

@@ -7,18 +7,15 @@
 /// it aligns the copies, if it can: each stands for one remainder then, and is
 /// smaller (RingAlignment.h).
 ///
-/// What limit pays depends on the shape (benchmarks/kernels/ring_*, with the
-/// start of the recursion unknown, run time relative to plain clang):
+/// What limit pays depends on the shape (benchmarks/kernels/ring_*_opaque,
+/// where the start of the recursion is unknown):
 ///
 ///   - One self call: the code grows with the number of copies only, and the
-///     longer the inlined stretch the better (a state machine runs in 0.65 at
-///     1500 instructions, in 0.77 at 300).
-///   - Several: 300 instructions run a puzzle search in 0.80, more gains
-///     nothing.
+///     longer the inlined stretch the better.  Kernel: machine.
+///   - Several: more than 300 instructions gain nothing.  Kernel: puzzle9.
 ///   - A loop of constant trip count around the self call: the unroller takes
 ///     such a loop apart as long as its body is small, which is worth more than
-///     inlining (a knight's tour runs in 0.86 at 100 instructions, in 1.13 at
-///     300).
+///     inlining.  Kernel: knight.
 ///
 //===----------------------------------------------------------------------===//
 

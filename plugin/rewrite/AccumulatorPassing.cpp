@@ -37,8 +37,8 @@ class StepFinder {
 public:
   StepFinder(Accumulation &Sum, const DominatorTree &DT) : Sum(Sum), DT(DT) {}
 
-  /// Puts the step of \p Operation, of whose operands one at least is a sum, to
-  /// the others.  False if there is none.
+  /// Works out what becomes of \p Operation, at least one of whose operands is
+  /// a sum, and remembers it.  False if its sums cannot be handed on.
   bool findStep(BinaryOperator &Operation) {
     if (Sum.Steps.count(&Operation))
       return true;
