@@ -5,6 +5,7 @@
 #include "plugin/ir/SingleRun.h"
 #include "plugin/literal/ObservedRun.h"
 #include "plugin/literal/PluginPass.h"
+#include "llvm/ADT/DenseMap.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
@@ -43,8 +44,31 @@ static void printDecision(Function &F,
      << "\n";
 }
 
+/// Brings the uses of functions in the copy of \p M that \p Copied leads to
+/// into the order of \p M.  Who calls a function is counted, and told, in the
+/// order of its uses, and that of a copy is the order in which it was cloned.
+static void restoreUseOrder(const Module &M, const ValueToValueMapTy &Copied) {
+  using Place = std::pair<const User *, unsigned>;
+  for (const Function &F : M) {
+    DenseMap<Place, unsigned> Order;
+    for (const Use &U : F.uses())
+      Order.try_emplace(
+          {cast_or_null<User>(Copied.lookup(U.getUser())), U.getOperandNo()},
+          Order.size());
+    auto GetPosition = [&Order](const Use &U) {
+      const auto Found = Order.find({U.getUser(), U.getOperandNo()});
+      return Found == Order.end() ? Order.size() : Found->second;
+    };
+    Copied.lookup(&F)->sortUseList([&](const Use &A, const Use &B) {
+      return GetPosition(A) < GetPosition(B);
+    });
+  }
+}
+
 PreservedAnalyses PrinterPass::run(Module &M, ModuleAnalysisManager &) {
-  std::unique_ptr<Module> Copy = CloneModule(M);
+  ValueToValueMapTy Copied;
+  std::unique_ptr<Module> Copy = CloneModule(M, Copied);
+  restoreUseOrder(M, Copied);
 
   LoopAnalysisManager LAM;
   FunctionAnalysisManager FAM;
