@@ -677,14 +677,14 @@ TEST(AutoSplitTest, WorkInFrontOfTheTest) {
   // calls and in the function itself.
   EXPECT_EQ(A.What.Where->Head.Size, 7u);
   EXPECT_EQ(A.What.Growth, 3 * 7u);
-  EXPECT_FALSE(A.What.LacksTest);
+  EXPECT_FALSE(A.What.MayGoAway);
 }
 
 TEST(AutoSplitTest, OnlyIfItFits) {
   EXPECT_EQ(Asked(MayEndEarly, {9, 21}).What.Kind, Plan::Split);
   const Asked TooLarge(MayEndEarly, {9, 20});
   EXPECT_EQ(TooLarge.What.Kind, Plan::Nothing);
-  EXPECT_TRUE(TooLarge.What.LacksTest);
+  EXPECT_TRUE(TooLarge.What.MayGoAway);
 }
 
 TEST(AutoSplitTest, LeavesComeFirst) {

@@ -39,9 +39,10 @@ void llvm::inlinerecursion::tellUndecided(Module &M) {
     const Attribute Mark = F.getFnAttribute(UndecidedMark);
     if (!Mark.isValid())
       continue;
-    const std::string Reason = Mark.getValueAsString().str();
+    // The context keeps the text of the mark as long as it lives.
+    const auto [Name, Reason] = Mark.getValueAsString().split(' ');
     F.removeFnAttr(UndecidedMark);
-    emitRemark(F, refuse("AutoNoTest") << Reason);
+    emitRemark(F, refuse(Name) << Reason);
   }
 }
 
@@ -174,7 +175,8 @@ Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
   if (Smaller.Kind != Plan::Nothing && Smaller.Growth <= Share)
     return Smaller;
   return Plan(refuse(NoRoom)
-              << "a ring of it would add " << NV("Growth", Wanted.Growth)
+              << "a " << getShapeName(Wanted.Kind) << " of it would add "
+              << NV("Growth", Wanted.Growth)
               << " instructions, and the module may not grow by more than "
               << NV("Limit", GrowthLimit));
 }
@@ -182,11 +184,13 @@ Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
 /// Tells the user what was decided about \p C.
 void AutoRun::tell(const Candidate &C, const Trial &Tried,
                    Plan &Decided) const {
-  // The user has written what was split, and knows about it.
+  // Of what a split has left, which nobody has written, only news are told.
   if (!TellUser || (C.IsRest && Decided.Kind == Plan::Nothing))
     return;
-  if (SecondLookFollows && Decided.LacksTest) {
-    C.F->addFnAttr(UndecidedMark, Decided.Decision.str());
+  if (SecondLookFollows && Decided.MayGoAway) {
+    C.F->addFnAttr(
+        UndecidedMark,
+        (Decided.Decision.Name + " " + Decided.Decision.str()).str());
     return;
   }
   C.F->removeFnAttr(UndecidedMark);
@@ -219,7 +223,7 @@ bool AutoRun::takeTurn(Candidate &C, GrowthBudget &Budget) {
   const bool IsDone = Granted.Decision.Name != NoRoom || C.IsLastTurn;
   if (IsDone)
     tell(C, Tried, Granted);
-  if (Granted.LacksTest)
+  if (Granted.MayGoAway)
     C.F->removeFnAttr(SeenMark);
   if (Granted.Kind != Plan::Nothing) {
     Tried.keep();

@@ -39,7 +39,8 @@ constexpr StringLiteral PlannedMark = "inlinerecursion-planned";
 constexpr StringLiteral SeenMark = "inlinerecursion-seen";
 
 /// The automatic policy has refused it for a reason that may go away, and tells
-/// behind the second look only; the value is the reason in words.  Until then.
+/// behind the second look only; the value is the name of the reason and, behind
+/// a space, the reason in words.  Until then.
 constexpr StringLiteral UndecidedMark = "inlinerecursion-undecided";
 
 /// On loops around calls from copy to copy, as metadata.  Stays.

@@ -35,12 +35,8 @@ static Expected<bool> parseLimit(StringRef Parameter, StringRef Name,
 
 /// Reads one of the limits into \p Limits; else as above.
 static Expected<bool> parseLimits(StringRef Parameter, Bounds &Limits) {
-  const std::pair<StringRef, unsigned *> Known[] = {
-      {"copies", &Limits.Copies},
-      {"function-growth", &Limits.FunctionGrowth},
-      {"module-growth", &Limits.ModuleGrowth}};
-  for (auto [Name, Value] : Known) {
-    Expected<bool> Found = parseLimit(Parameter, Name, *Value);
+  for (const LimitParameter &P : getLimitParameters()) {
+    Expected<bool> Found = parseLimit(Parameter, P.Name, Limits.*P.Field);
     if (!Found || *Found)
       return Found;
   }
@@ -56,7 +52,8 @@ static std::string listKnown(AcceptedParameters Accepted) {
   if (Accepted.Auto)
     Known += " auto no-auto";
   if (Accepted.Limits)
-    Known += " copies=N function-growth=N module-growth=N";
+    for (const LimitParameter &P : getLimitParameters())
+      Known += (" " + P.Name + "=N").str();
   return Known.empty() ? " none" : Known;
 }
 

@@ -25,7 +25,7 @@ struct PassParameters {
   /// `auto` or `no-auto`; without either, the option `inlinerecursion-auto`
   /// decides.
   bool Auto;
-  /// `copies=N`, `function-growth=N`, `module-growth=N`.
+  /// As getLimitParameters() lists them.
   Bounds Limits;
 
   PassParameters();

@@ -2,6 +2,7 @@
 
 #include "plugin/policy/Bounds.h"
 #include "host/InliningPlan.h"
+#include "llvm/ADT/StringExtras.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/CommandLine.h"
 #include "llvm/Support/raw_ostream.h"
@@ -52,9 +53,20 @@ uint64_t llvm::inlinerecursion::findGrowthLimit(const Module &M,
   return std::max<uint64_t>(Limits.ModuleGrowth, Size * ModuleShare / 100);
 }
 
+static constexpr LimitParameter Parameters[] = {
+    {"copies", &Bounds::Copies},
+    {"function-growth", &Bounds::FunctionGrowth},
+    {"module-growth", &Bounds::ModuleGrowth},
+};
+
+ArrayRef<LimitParameter> llvm::inlinerecursion::getLimitParameters() {
+  return Parameters;
+}
+
 raw_ostream &llvm::inlinerecursion::operator<<(raw_ostream &OS,
                                                const Bounds &Limits) {
-  return OS << "copies=" << Limits.Copies
-            << ";function-growth=" << Limits.FunctionGrowth
-            << ";module-growth=" << Limits.ModuleGrowth;
+  ListSeparator Next(";");
+  for (const LimitParameter &P : Parameters)
+    OS << Next << P.Name << "=" << Limits.*P.Field;
+  return OS;
 }

@@ -8,6 +8,8 @@
 #ifndef INLINERECURSION_PLUGIN_POLICY_BOUNDS_H
 #define INLINERECURSION_PLUGIN_POLICY_BOUNDS_H
 
+#include "llvm/ADT/ArrayRef.h"
+#include "llvm/ADT/StringRef.h"
 #include <cstdint>
 
 namespace llvm {
@@ -40,6 +42,15 @@ Bounds getBoundsBelowO3();
 
 /// What all copies together may add to \p M under \p Limits (instructions).
 uint64_t findGrowthLimit(const Module &M, const Bounds &Limits);
+
+/// A limit as a parameter of a pass, `Name=N`.
+struct LimitParameter {
+  StringLiteral Name;
+  unsigned Bounds::*Field;
+};
+
+/// Those that a pass takes, in the order in which they are printed.
+ArrayRef<LimitParameter> getLimitParameters();
 
 /// As parameters of a pass.
 raw_ostream &operator<<(raw_ostream &OS, const Bounds &Limits);

@@ -34,7 +34,8 @@ std::optional<Plan> llvm::inlinerecursion::offerChain(const Facts &Known,
   Plan Chain(Plan::Chain, "AutoChain");
   Chain.Copies = *Depth;
   Chain.Growth = Size.Instructions;
-  Chain.Decision << NV("Shape", "chain") << " of " << NV("Copies", Chain.Copies)
+  Chain.Decision << NV("Shape", getShapeName(Chain.Kind)) << " of "
+                 << NV("Copies", Chain.Copies)
                  << (Chain.Copies == 1 ? " copy" : " copies")
                  << " by the automatic policy, entered with constants, growing "
                     "by about "

@@ -72,7 +72,7 @@ static std::optional<Plan> offer(const Facts &Known, const Bounds &Limits,
     return std::nullopt;
   Counter->Values.resize(Leaves.Copies);
   Leaves.Counter = std::move(Counter);
-  Leaves.Decision << NV("Shape", "leaf chain") << " of "
+  Leaves.Decision << NV("Shape", getShapeName(Leaves.Kind)) << " of "
                   << NV("Copies", Leaves.Copies)
                   << " copies by the automatic policy, entered where "
                   << NV("Levels", Leaves.EntryLevels.front())

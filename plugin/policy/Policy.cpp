@@ -32,7 +32,7 @@ Plan llvm::inlinerecursion::makePlan(const Facts &Known, const Bounds &Limits) {
       continue;
     Open = InTheWay.Open;
     Refused.Decision = std::move(Why);
-    Refused.LacksTest = InTheWay.MayGoAway;
+    Refused.MayGoAway = InTheWay.MayGoAway;
     break;
   }
   for (const Offer &Next : InOrder)

@@ -21,7 +21,8 @@ std::optional<Plan> llvm::inlinerecursion::offerRing(const Facts &Known,
   Ring.Staggered = !MergesCalls;
   if (const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard())
     Ring.Guard = *Guard;
-  Ring.Decision << NV("Shape", "ring") << " of " << NV("Copies", Ring.Copies)
+  Ring.Decision << NV("Shape", getShapeName(Ring.Kind)) << " of "
+                << NV("Copies", Ring.Copies)
                 << " copies by the automatic policy, "
                 << (MergesCalls  ? "so that equal calls merge, "
                     : Ring.Guard ? "with its first test in front of calls, "

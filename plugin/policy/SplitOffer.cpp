@@ -37,7 +37,7 @@ std::optional<Plan> llvm::inlinerecursion::offerSplit(const Facts &Known,
     return std::nullopt;
   Plan Split(Plan::Split, "AutoSplit");
   Split.Growth = Growth;
-  Split.Decision << NV("Shape", "split")
+  Split.Decision << NV("Shape", getShapeName(Split.Kind))
                  << " by the automatic policy, with the "
                  << NV("HeadSize", Where->Head.Size)
                  << " instructions up to its first test in front of its "

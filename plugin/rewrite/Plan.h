@@ -40,9 +40,9 @@ struct Plan {
   /// What it adds to the module, once all copies are inlined that are to be
   /// (instructions).
   unsigned Growth = 0;
-  /// Nothing is built because no test stands in front of the self calls.  Once
-  /// other calls are inlined, one may.
-  bool LacksTest = false;
+  /// Nothing is built, for a reason that other calls may take away once they
+  /// are inlined: a test may stand in front of the self calls then.
+  bool MayGoAway = false;
   /// The decision in words.
   Verdict Decision;
 
@@ -51,6 +51,9 @@ struct Plan {
   /// The shape \p Kind, the numbers to be filled in.
   Plan(Shape Kind, StringRef Name) : Kind(Kind), Decision(accept(Name)) {}
 };
+
+/// What remarks call it; "nothing" where nothing is built.
+StringRef getShapeName(Plan::Shape Kind);
 
 } // namespace inlinerecursion
 } // namespace llvm

@@ -49,8 +49,15 @@ def accepts(pipeline):
     return subprocess.run(command, input="", text=True, capture_output=True).returncode == 0
 
 
-parameters = ["level=3", "find-requests", "no-find-requests", "auto", "no-auto",
-              "copies=3", "function-growth=3", "module-growth=3"]
+def known_parameters():
+    """What the whole pipeline takes, as it says itself of a wrong one."""
+    command = [opt, f"-load-pass-plugin={plugin}", "-disable-output", "-",
+               "-passes=inlinerecursion-pipeline<?>"]
+    told = subprocess.run(command, input="", text=True, capture_output=True).stderr
+    return re.search(r"known: (.*)", told)[1].replace("=N", "=3").split()
+
+
+parameters = known_parameters()
 names = dict(re.findall(r'StringLiteral (\w+Name) =\s*"([^"]+)"',
                         (root / "plugin/ir/Names.h").read_text()))
 registered = {names[name] for name in re.findall(
@@ -83,6 +90,8 @@ for name in sorted(obstacles):
     if not (root / "tests/negative" / f"{test}.ll").exists():
         differences.append(f"obstacle {name}: no tests/negative/{test}.ll")
 
+# The first for a test that reads the output, the second for whoever looks why.
+print("\n".join(differences), file=sys.stderr)
 print("\n".join(differences + [f"{len(declared)} options, {len(registered)} passes, "
                                f"{len(obstacles)} obstacles compared"]))
 sys.exit(bool(differences))
