@@ -8,6 +8,7 @@
 //===----------------------------------------------------------------------===//
 
 #include "pass/InlineRecursion.h"
+#include "plugin/pipeline/OptionRanges.h"
 #include "plugin/pipeline/Registration.h"
 #include "llvm/PassRegistry.h"
 #include "llvm/Passes/PassPlugin.h"
@@ -16,14 +17,16 @@ using namespace llvm;
 using namespace llvm::inlinerecursion;
 
 namespace {
-struct RegisterLegacyPass {
-  RegisterLegacyPass() {
+struct PrepareProcess {
+  PrepareProcess() {
     initializeInlineRecursionLegacyPass(*PassRegistry::getPassRegistry());
+    // All options are there: this file is the last that is linked.
+    guardOptions();
   }
 };
 } // namespace
 
-static RegisterLegacyPass Register;
+static PrepareProcess Prepare;
 
 extern "C" LLVM_ATTRIBUTE_WEAK PassPluginLibraryInfo llvmGetPassPluginInfo() {
   return {LLVM_PLUGIN_API_VERSION, "InlineRecursion", "0.1.0", registerPlugin};

@@ -83,11 +83,11 @@ TEST(PassParametersTest, TheAutomaticPolicyIsOnUntilSwitchedOff) {
 
 TEST(PassParametersTest, ErrorsNameTheLimit) {
   constexpr AcceptedParameters Limits = {false, false, true, true};
-  for (const char *Bad :
-       {"copies=", "copies=x", "copies=-1", "copies=3x", "copies=99999999999"})
+  for (const char *Bad : {"copies=", "copies=x", "copies=-1", "copies=3x",
+                          "copies=1001", "copies=99999999999"})
     EXPECT_EQ(errorOf(Bad, Limits), "invalid number in parameter '" +
                                         std::string(Bad) +
-                                        "'; copies is a number from 0 on");
+                                        "'; copies is a number from 0 to 1000");
   EXPECT_EQ(errorOf("function-growth=many", Limits),
             "invalid number in parameter 'function-growth=many'; "
             "function-growth is a number from 0 on");

@@ -9,20 +9,20 @@
 using namespace llvm;
 using namespace llvm::inlinerecursion;
 
-static cl::opt<unsigned> &findPassOption(StringRef Name) {
+cl::Option &llvm::inlinerecursion::findAnyPassOption(StringRef Name) {
   const StringMap<cl::Option *> &Options = cl::getRegisteredOptions();
   const auto Found = Options.find(Name);
   if (Found == Options.end())
     report_fatal_error("InlineRecursion: the pass has no option '" + Name +
                            "'; the plugin was built with another pass",
                        /*gen_crash_diag=*/false);
-  return *static_cast<cl::opt<unsigned> *>(Found->second);
+  return *Found->second;
 }
 
 unsigned llvm::inlinerecursion::getPassOption(StringRef Name) {
-  return findPassOption(Name);
+  return findPassOption<unsigned>(Name);
 }
 
 void llvm::inlinerecursion::setPassOption(StringRef Name, unsigned Value) {
-  findPassOption(Name) = Value;
+  findPassOption<unsigned>(Name) = Value;
 }

@@ -10,6 +10,7 @@
 #define INLINERECURSION_PLUGIN_IR_PASSOPTION_H
 
 #include "llvm/ADT/StringRef.h"
+#include "llvm/Support/CommandLine.h"
 
 namespace llvm {
 namespace inlinerecursion {
@@ -23,11 +24,19 @@ constexpr StringLiteral LongestRingOption = "special-inline-recursion-depth";
 constexpr StringLiteral CloneLimitOption =
     "maximum-clone-limit-inline-recursion";
 
-/// The current value of the unsigned option \p Name of the pass.  There has to
-/// be one: compilation ends with an error that names it otherwise.
+/// As below, of any type.
+cl::Option &findAnyPassOption(StringRef Name);
+
+/// The option \p Name of the pass or the plugin, whose values are of type T.
+/// There has to be one: compilation ends with an error that names it otherwise.
+template <typename T> cl::opt<T> &findPassOption(StringRef Name) {
+  return static_cast<cl::opt<T> &>(findAnyPassOption(Name));
+}
+
+/// The current value of the unsigned option \p Name.
 unsigned getPassOption(StringRef Name);
 
-/// Sets the unsigned option \p Name of the pass; else as above.
+/// Sets the unsigned option \p Name.
 void setPassOption(StringRef Name, unsigned Value);
 
 /// Keeps changes of an option to itself: the value from before is back when it

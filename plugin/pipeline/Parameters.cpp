@@ -2,6 +2,7 @@
 
 #include "plugin/pipeline/Parameters.h"
 #include "plugin/literal/Requests.h"
+#include "llvm/ADT/StringExtras.h"
 #include "llvm/Support/CommandLine.h"
 
 using namespace llvm;
@@ -20,25 +21,19 @@ static Error makeParameterError(const Twine &Message) {
   return createStringError(inconvertibleErrorCode(), Message);
 }
 
-/// Reads `Name=N` into \p Value.  False if \p Parameter is something else; an
-/// error if N is no number.
-static Expected<bool> parseLimit(StringRef Parameter, StringRef Name,
-                                 unsigned &Value) {
-  StringRef Number = Parameter;
-  if (!Number.consume_front(Name) || !Number.consume_front("="))
-    return false;
-  if (Number.getAsInteger(10, Value))
-    return makeParameterError("invalid number in parameter '" + Parameter +
-                              "'; " + Name + " is a number from 0 on");
-  return true;
-}
-
-/// Reads one of the limits into \p Limits; else as above.
+/// Reads one of the limits into \p Limits.  False if \p Parameter is something
+/// else; an error if it has no number, or one that is too large.
 static Expected<bool> parseLimits(StringRef Parameter, Bounds &Limits) {
   for (const LimitParameter &P : getLimitParameters()) {
-    Expected<bool> Found = parseLimit(Parameter, P.Name, Limits.*P.Field);
-    if (!Found || *Found)
-      return Found;
+    StringRef Number = Parameter;
+    if (!Number.consume_front(P.Name) || !Number.consume_front("="))
+      continue;
+    unsigned &Value = Limits.*P.Field;
+    if (!Number.getAsInteger(10, Value) && Value <= P.Most)
+      return true;
+    const std::string Most = P.Most == ~0u ? "on" : "to " + utostr(P.Most);
+    return makeParameterError("invalid number in parameter '" + Parameter +
+                              "'; " + P.Name + " is a number from 0 " + Most);
   }
   return false;
 }

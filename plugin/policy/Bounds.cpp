@@ -54,9 +54,9 @@ uint64_t llvm::inlinerecursion::findGrowthLimit(const Module &M,
 }
 
 static constexpr LimitParameter Parameters[] = {
-    {"copies", &Bounds::Copies},
-    {"function-growth", &Bounds::FunctionGrowth},
-    {"module-growth", &Bounds::ModuleGrowth},
+    {"copies", &Bounds::Copies, MaxCopiesAtAll},
+    {"function-growth", &Bounds::FunctionGrowth, ~0u},
+    {"module-growth", &Bounds::ModuleGrowth, ~0u},
 };
 
 ArrayRef<LimitParameter> llvm::inlinerecursion::getLimitParameters() {

@@ -43,10 +43,15 @@ Bounds getBoundsBelowO3();
 /// What all copies together may add to \p M under \p Limits (instructions).
 uint64_t findGrowthLimit(const Module &M, const Bounds &Limits);
 
-/// A limit as a parameter of a pass, `Name=N`.
+/// Largest number of copies that anybody may ask for.  Plans are made copy by
+/// copy.
+constexpr unsigned MaxCopiesAtAll = 1000;
+
+/// A limit as a parameter of a pass, `Name=N` with N from 0 to Most.
 struct LimitParameter {
   StringLiteral Name;
   unsigned Bounds::*Field;
+  unsigned Most;
 };
 
 /// Those that a pass takes, in the order in which they are printed.

@@ -1,4 +1,4 @@
-; An invalid level is told on stderr, once for every function that gets as far as the decision.
+; An invalid level is told on stderr, once when the option is read, and once for every function that gets as far as the decision.
 ; RUN: %opt -passes=inlinerecursion -inline-recursion-opt-level=7 -S %s -o %t.ll 2>&1 | FileCheck %s --match-full-lines --strict-whitespace --implicit-check-not={{.}} -DLEVEL=7
 ; RUN: FileCheck %s --check-prefix=IR --implicit-check-not='define internal' --input-file=%t.ll
 ; RUN: %opt -passes=inlinerecursion -inline-recursion-opt-level=5 -disable-output %s 2>&1 | FileCheck %s --match-full-lines --strict-whitespace --implicit-check-not={{.}} -DLEVEL=5
@@ -7,7 +7,8 @@
 ; RUN: %opt -passes=inlinerecursion -inline-recursion-opt-level=-2147483648 -disable-output %s 2>&1 | FileCheck %s --match-full-lines --strict-whitespace --implicit-check-not={{.}} -DLEVEL=-2147483648
 ; RUN: %legacy_opt -inlinerecursion -inline-recursion-opt-level=7 -disable-output %s 2>&1 | FileCheck %s --match-full-lines --strict-whitespace --implicit-check-not={{.}} -DLEVEL=7
 
-;      CHECK:Invalid Inline Recursion Opt Level: [[LEVEL]]
+;      CHECK:InlineRecursion: warning: -inline-recursion-opt-level=[[LEVEL]] is out of range: it takes 0 to 4; level 2 is taken
+; CHECK-NEXT:Invalid Inline Recursion Opt Level: [[LEVEL]]
 ; CHECK-NEXT:Setting to default Inline Recursion Opt Level: 2
 ; CHECK-NEXT:Invalid Inline Recursion Opt Level: [[LEVEL]]
 ; CHECK-NEXT:Setting to default Inline Recursion Opt Level: 2

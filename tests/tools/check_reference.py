@@ -43,6 +43,18 @@ for source in sources:
 documented = {row[0].strip("`-"): row[1] for row in table("Options")}
 compare("option", documented, declared)
 
+# What is narrower than the option's type.
+ranges_source = (root / "plugin/pipeline/OptionRanges.cpp").read_text()
+most = {"MaxCopiesAtAll": re.search(r"MaxCopiesAtAll = (\d+)",
+                                    (root / "plugin/policy/Bounds.h").read_text())[1]}
+ranges = {name: "true, false" if default in ("true", "false") else "from 0"
+          for name, default in declared.items()}
+for name, value in re.findall(r'^ +\{"([a-z-]+)", (\w+), "', ranges_source, re.M):
+    ranges[name] = f"0 to {most.get(value, value)}"
+ranges[re.search(r'LevelOption = "([^"]+)"', ranges_source)[1]] = (
+    "0 to " + re.search(r"MaxLevel = (\d+)", ranges_source)[1])
+compare("range of", {row[0].strip("`-"): row[2] for row in table("Options")}, ranges)
+
 
 def accepts(pipeline):
     command = [opt, f"-load-pass-plugin={plugin}", f"-passes={pipeline}", "-disable-output", "-"]
