@@ -2,7 +2,10 @@
 # Makes the project ready for use: installs missing Debian packages, configures
 # and builds.
 #
-#   scripts/setup.sh [TARGET]     TARGET defaults to everything
+#   scripts/setup.sh [--all] [TARGET]     TARGET defaults to everything
+#
+# With --all, the other LLVMs that tests load the plugin into are installed, too;
+# without them, those tests leave out what is missing and say so.
 #
 # Every step is skipped when its result is already there, so that a repeated
 # call costs a fraction of a second: packages are looked up with one
@@ -16,12 +19,22 @@ set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 root=$PWD
+all=
+if [[ ${1-} == --all ]]; then
+  all=yes
+  shift
+fi
 target=${1-}
 
 # LLVM's shared library brings what LLVM itself is linked with, so none of the
 # libraries behind LLVM's static archives (zstd, libedit, curl) is needed.
 packages=(llvm-16-dev llvm-16-tools clang-16 lld-16 flang-16 libclang-rt-16-dev
           cmake ninja-build g++ gcc python3 libgtest-dev libgmock-dev graphviz)
+if [[ $all ]]; then
+  for version in 14 15 19; do
+    packages+=("llvm-$version" "clang-$version" "lld-$version")
+  done
+fi
 
 say() { echo "setup: $*" >&2; }
 fail() { echo "setup: error: $*" >&2; exit 1; }
