@@ -1323,6 +1323,29 @@ declare i32 @llvm.smax.i32(i32, i32)
   EXPECT_EQ(Asked(InLoop("  call void @other()\n")).name(), "AutoWorkInLoop");
 }
 
+TEST(AutoRefusalTest, ACallBesideALoopIsTested) {
+  // One call in every trip of a loop, and one in none.
+  const Asked A(Prelude + std::string(R"(
+define void @f(i32 %n) {
+entry:
+  %first = call i1 @more()
+  br i1 %first, label %once, label %loop
+once:
+  %m = lshr i32 %n, 1
+  call void @f(i32 %m)
+  br label %loop
+loop:
+  %k = lshr i32 %n, 2
+  call void @f(i32 %k)
+  %again = call i1 @more()
+  br i1 %again, label %loop, label %exit
+exit:
+  ret void
+}
+)"));
+  EXPECT_EQ(A.What.Kind, Plan::Ring);
+}
+
 TEST(AutoRefusalTest, NoTestBeforeTheCalls) {
   EXPECT_EQ(Asked(Prelude + std::string(R"(
 define void @f(i32 %n, ptr %p) {

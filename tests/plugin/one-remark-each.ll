@@ -9,6 +9,7 @@
 ; TOLD-DAG: remark: <unknown>:0:0: 'aligned' rebuilt as a ring of 3 copies, as requested, one for each remainder
 ; TOLD-DAG: remark: <unknown>:0:0: 'weak' not chained: another definition may take its place
 ; TOLD-DAG: remark: <unknown>:0:0: 'loop' not chained: its recursion becomes a loop
+; TOLD-DAG: remark: <unknown>:0:0: 'works' not chained: it has a loop of its own beside its self calls
 ; No test was uncovered, and the last word is that of the first look or the second.
 ; TOLD-DAG: remark: <unknown>:0:0: 'undecided' not chained: no test stands in front of its self calls
 ; TOLD-DAG: remark: <unknown>:0:0: 'gone' not chained: no test stands in front of its self calls
@@ -17,12 +18,14 @@
 
 ; WHY-DAG: 'rebuilt' refused by the pass: it calls itself in 2 places, not in exactly one
 ; WHY-DAG: 'loop' refused by the pass: it is called from 0 places outside itself, not from exactly one
+; WHY-DAG: 'works' refused by the pass: it calls itself in 2 places, not in exactly one
 ; WHY-DAG: 'undecided' refused by the pass: it calls itself in 2 places, not in exactly one
 ; WHY-DAG: 'gone' refused by the pass: it calls itself in 2 places, not in exactly one
 
 ; ALONE-DAG: remark: <unknown>:0:0: 'rebuilt' not chained: it calls itself in 2 places, not in exactly one
 ; ALONE-DAG: remark: <unknown>:0:0: 'weak' not chained: another definition may take its place
 ; ALONE-DAG: remark: <unknown>:0:0: 'loop' not chained: it is called from 0 places outside itself, not from exactly one
+; ALONE-DAG: remark: <unknown>:0:0: 'works' not chained: it calls itself in 2 places, not in exactly one
 ; ALONE-DAG: remark: <unknown>:0:0: 'undecided' not chained: it calls itself in 2 places, not in exactly one
 ; ALONE-DAG: remark: <unknown>:0:0: 'gone' not chained: it calls itself in 2 places, not in exactly one
 
@@ -61,6 +64,25 @@ some:
   ret i32 %r
 exit:
   ret i32 0
+}
+
+; It still calls itself behind the inliner, and has been decided about.
+define void @works(i32 %n) {
+entry:
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %loop
+loop:
+  %again = call i1 @more()
+  br i1 %again, label %loop, label %rec
+rec:
+  %m = lshr i32 %n, 1
+  call void @works(i32 %m)
+  store i32 %n, ptr @g
+  call void @works(i32 %m)
+  store i32 %m, ptr @g
+  br label %exit
+exit:
+  ret void
 }
 
 define void @undecided(i32 %n) {
