@@ -29,6 +29,29 @@ run(Output ${CMAKE_COMMAND} --build ${Scratch}/app)
 expect("flags target" "${Output}" "'fraction' rebuilt as a chain of 7 copies")
 run(Output ${Scratch}/app/fraction 1000)
 
+# With another compiler the configuration says what is wrong, unless the flags are
+# to be ignored then.
+find_program(Gcc gcc REQUIRED)
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${Source}/examples/app
+    -B ${Scratch}/app-gcc -G Ninja -DCMAKE_C_COMPILER=${Gcc}
+    -DCMAKE_PREFIX_PATH=${Prefix}
+  RESULT_VARIABLE Status OUTPUT_VARIABLE Out ERROR_VARIABLE Err)
+if(Status EQUAL 0)
+  message(FATAL_ERROR "the flags of clang are taken for gcc")
+endif()
+expect("another compiler" "${Err}"
+  "ClangFlags-needs-clang-16-and-the-compiler-is-GNU-[0-9.]+")
+file(READ ${Source}/examples/app/CMakeLists.txt App)
+string(REPLACE "find_package(InlineRecursion REQUIRED)"
+  "find_package(InlineRecursion REQUIRED COMPONENTS IgnoreOtherCompilers)"
+  App "${App}")
+string(REPLACE "../fraction.c" "${Source}/examples/fraction.c" App "${App}")
+file(WRITE ${Scratch}/ignoring/CMakeLists.txt "${App}")
+run(_ ${CMAKE_COMMAND} -S ${Scratch}/ignoring -B ${Scratch}/ignoring/build
+  -G Ninja -DCMAKE_C_COMPILER=${Gcc} -DCMAKE_PREFIX_PATH=${Prefix})
+run(_ ${CMAKE_COMMAND} --build ${Scratch}/ignoring/build)
+message(STATUS "another compiler, ignored: as expected")
+
 # A compiler that links the library.
 run(_ ${CMAKE_COMMAND} -S ${Source}/examples/compiler -B ${Scratch}/compiler
   -G Ninja -DCMAKE_PREFIX_PATH=${Prefix} -DLLVM_DIR=${LLVMDir})
