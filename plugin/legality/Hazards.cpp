@@ -249,8 +249,9 @@ static const ProtectionReason Hazards[] = {
 static const ProtectionReason Wishes[] = {
     {"NoInline", "it, or a call of it, is not to be inlined (noinline)",
      isNotToBeInlined},
-    {"OptimisedForSize", "it is to be optimised for size", isOptimisedForSize},
+    // Clang optimises cold functions for size, too.
     {"Cold", "it is rarely called (cold)", isCold},
+    {"OptimisedForSize", "it is to be optimised for size", isOptimisedForSize},
 };
 
 ArrayRef<ProtectionReason> llvm::inlinerecursion::getHazards() {
