@@ -1,4 +1,4 @@
-/*===- request.h - Ask for a ring of copies ------------------------- C -*-===*\
+/*===- request.h - Ask for copies, or for none ---------------------- C -*-===*\
 |*
 |* For recursive functions whose first statement takes a remainder of an
 |* argument by a small constant (the row and column of a cell index, a state
@@ -11,6 +11,12 @@
 |*     unsigned Column = Cell % 9;
 |*     ...
 |*
+|* A function that is to stay as it is, whatever the plugin would make of it:
+|*
+|*   INLINERECURSION_NONE
+|*   static int walk(struct Node *N) {
+|*     ...
+|*
 |* Without the plugin, and on compilers other than clang, it means nothing.
 |*
 \*===----------------------------------------------------------------------===*/
@@ -21,8 +27,10 @@
 #if defined(__clang__)
 #define INLINERECURSION_SPECIALIZE                                             \
   __attribute__((annotate("specialize-inline-recursion-function")))
+#define INLINERECURSION_NONE __attribute__((annotate("inlinerecursion-none")))
 #else
 #define INLINERECURSION_SPECIALIZE
+#define INLINERECURSION_NONE
 #endif
 
 #endif /* INLINERECURSION_REQUEST_H */

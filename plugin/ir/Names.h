@@ -24,6 +24,9 @@ namespace inlinerecursion {
 // Marks
 //===----------------------------------------------------------------------===//
 
+/// The source wants no copies of it.  Stays.
+constexpr StringLiteral NoneMark = "inlinerecursion-none";
+
 /// Kept away from the pass; the value names the reason.  Until behind the pass.
 constexpr StringLiteral ProtectedMark = "inlinerecursion-protected";
 

@@ -3,6 +3,7 @@
 #include "plugin/legality/Hazards.h"
 #include "host/DirectCalls.h"
 #include "host/InliningPlan.h"
+#include "plugin/ir/Names.h"
 #include "plugin/ir/Size.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/StringExtras.h"
@@ -42,6 +43,11 @@ static bool anyArgument(const Function &F, PredicateT Wanted) {
 //===----------------------------------------------------------------------===//
 // Hazards
 //===----------------------------------------------------------------------===//
+
+// The user's word, and one that no request overrules.
+static bool isNotWanted(const Function &F) {
+  return F.hasFnAttribute(NoneMark);
+}
 
 // Which body runs is decided by the linker or the loader; copies of this one
 // would run whatever they decide.  ODR linkage and available_externally promise
@@ -210,6 +216,8 @@ static bool isCold(const Function &F) {
 // What can be told from the function itself stands before what needs a walk
 // over its calls or its body.
 static const ProtectionReason Hazards[] = {
+    {"NotWanted", "its source wants no copies of it (INLINERECURSION_NONE)",
+     isNotWanted},
     {"Interposable", "another definition may take its place", isInterposable},
     {"LocalInComdat",
      "it is local to a comdat group, which the linker may discard",

@@ -64,12 +64,12 @@ static void markAnnotated(Module &M) {
 
   for (const Use &Operand : Entries->operands()) {
     const auto *Entry = dyn_cast<ConstantStruct>(Operand);
-    if (!Entry || Entry->getNumOperands() < 2 ||
-        getAnnotationText(Entry->getOperand(1)) != Request)
+    if (!Entry || Entry->getNumOperands() < 2)
       continue;
     auto *F = dyn_cast<Function>(Entry->getOperand(0)->stripPointerCasts());
-    if (F)
-      F->addFnAttr(Request);
+    const StringRef Text = getAnnotationText(Entry->getOperand(1));
+    if (F && (Text == Request || Text == NoneMark))
+      F->addFnAttr(Text);
   }
 }
 

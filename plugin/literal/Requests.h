@@ -7,6 +7,7 @@
 ///
 /// A request in the source is an annotation of the same text, which clang
 /// records in the global `llvm.global.annotations`; the record stays as it is.
+/// The wish for no copies at all ("inlinerecursion-none") comes the same way.
 /// Requests can also be found: directly recursive functions that the pass would
 /// accept if they asked, unless the source wishes for no copies (see
 /// Protection.h), a self call stands in a loop that the compiler unrolls, there

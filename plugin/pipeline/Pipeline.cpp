@@ -14,10 +14,15 @@
 #include "plugin/pipeline/Parameters.h"
 #include "llvm/Passes/OptimizationLevel.h"
 #include "llvm/Passes/PassBuilder.h"
+#include "llvm/Support/CommandLine.h"
 #include "llvm/Transforms/Scalar/LoopPassManager.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
+
+static cl::opt<bool>
+    Enable("inlinerecursion-enable", cl::init(true), cl::Hidden,
+           cl::desc("Let the plugin take part in the default pipelines"));
 
 /// The parameters of a default pipeline, from the options.
 static PassParameters getDefaultParameters(OptimizationLevel Level) {
@@ -43,6 +48,8 @@ void llvm::inlinerecursion::addPipeline(ModulePassManager &MPM,
 }
 
 void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
+  if (!Enable)
+    return;
   // After SROA, so that the counts describe SSA form, and directly before the
   // inliner.  Nothing at O0, where the user wants to see his functions.
   PB.registerPipelineEarlySimplificationEPCallback(
