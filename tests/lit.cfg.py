@@ -9,6 +9,7 @@ single directory in its Inputs/.
 """
 
 import os
+import shutil
 import subprocess
 import sys
 
@@ -39,6 +40,10 @@ loads = subprocess.run(
 if loads.returncode != 0:
     lit_config.fatal(f"{opt} cannot load {plugin}: build the project first\n"
                      f"{loads.stderr}")
+
+# What is not installed by default; scripts/setup.sh --all does it.
+if shutil.which("libtool"):
+    config.available_features.add("libtool")
 
 # They are replaced one after the other, each wherever its name stands, so a name
 # that another one starts with comes after it.
