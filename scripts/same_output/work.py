@@ -52,7 +52,7 @@ class Side:
     """One of the two plugins."""
 
     name: str  # as the user gave it
-    library: Path  # a copy that no build overwrites
+    plugin: Path  # a copy that no build overwrites
     digest: str
     extra: tuple = ()  # options of LLVM for all its commands
 
@@ -168,7 +168,7 @@ def read_parts(job, directory):
 
 def run_job(job, side, links, directory):
     """Runs a job in a new directory, which stays, and returns its Outcome."""
-    make_links(directory, side.library, links)
+    make_links(directory, side.plugin, links)
     status, crashed = run_steps(side.commands(job), directory)
     return Outcome(status, crashed, tuple(read_parts(job, directory)))
 
@@ -176,10 +176,10 @@ def run_job(job, side, links, directory):
 def check_loads(side):
     """opt only warns about a plugin that it cannot load, and goes on without."""
     done = subprocess.run(
-        [BIN / "opt", f"-load-pass-plugin={side.library}", "-passes=inlinerecursion",
+        [BIN / "opt", f"-load-pass-plugin={side.plugin}", "-passes=inlinerecursion",
          "-disable-output", os.devnull],
         capture_output=True, text=True, errors="replace")
     if done.returncode != 0:
-        lines = done.stderr.replace(str(side.library), side.name).splitlines()
+        lines = done.stderr.replace(str(side.plugin), side.name).splitlines()
         reason = lines[0] if lines else f"exit status {done.returncode}"
         raise BadInput(f"{side.name}: {BIN / 'opt'} cannot load it: {reason}")
