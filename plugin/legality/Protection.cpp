@@ -5,6 +5,7 @@
 #include "plugin/legality/ProfileRepair.h"
 #include "plugin/legality/RingSize.h"
 #include "plugin/recursion/SelfCalls.h"
+#include "plugin/tell/Remarks.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/DebugCounter.h"
 
@@ -77,10 +78,12 @@ PreservedAnalyses ProtectionPass::run(Module &M, ModuleAnalysisManager &) {
       continue;
     if (F.hasFnAttribute(Request))
       withdrawLargeRequest(F);
-    if (const ProtectionReason *Reason = findProtection(F))
+    if (const ProtectionReason *Reason = findProtection(F)) {
+      warnAboutRequest(F, refuse(Reason->Name) << Reason->Text);
       protect(F, *Reason);
-    else
+    } else {
       markOrigin(F);
+    }
   }
   // No analysis rests on these attributes.
   return PreservedAnalyses::all();

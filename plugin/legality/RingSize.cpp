@@ -64,12 +64,12 @@ void llvm::inlinerecursion::withdrawLargeRequest(Function &F) {
   const uint64_t Size = estimateRingSize(F, Copies);
   if (Size <= MaxRingSize)
     return;
-  F.removeFnAttr(Request);
-  if (!areRemarksEnabled(*F.getParent()))
-    return;
   Verdict V = refuse("RequestWithdrawn");
   V << "request withdrawn, a ring of " << NV("Copies", Copies)
     << " copies would have " << NV("Instructions", Size)
     << " instructions, more than " << NV("Limit", unsigned(MaxRingSize));
-  emitRemark(F, V);
+  warnAboutRequest(F, V);
+  F.removeFnAttr(Request);
+  if (areRemarksEnabled(*F.getParent()))
+    emitRemark(F, V);
 }

@@ -18,13 +18,6 @@ using namespace llvm;
 using namespace llvm::inlinerecursion;
 using ore::NV;
 
-static Verdict describeRefusedRing() {
-  Verdict V = refuse("CloneLimit");
-  V << "the ring that it requests would exceed the limit of "
-    << NV("Limit", getPassOption(CloneLimitOption)) << " copies per module";
-  return V;
-}
-
 bool llvm::inlinerecursion::runObserved(Module &M, FunctionAnalysisManager &FAM,
                                         int Level, DecisionObserver Observe) {
   if (M.empty())
@@ -61,6 +54,6 @@ bool llvm::inlinerecursion::runObserved(Module &M, FunctionAnalysisManager &FAM,
     if (Uncosted.remove(Chain.Origin))
       Observe(*Chain.Origin, nullptr, describeRing(Chain));
   for (Function *F : Uncosted)
-    Observe(*F, nullptr, describeRefusedRing());
+    Observe(*F, nullptr, explainRefusedRing(*F));
   return Changed;
 }

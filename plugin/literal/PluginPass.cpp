@@ -5,7 +5,9 @@
 #include "plugin/ir/Names.h"
 #include "plugin/ir/SingleRun.h"
 #include "plugin/literal/ObservedRun.h"
+#include "plugin/literal/Reasons.h"
 #include "plugin/tell/Remarks.h"
+#include "llvm/IR/Module.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -17,12 +19,15 @@ void llvm::inlinerecursion::printWithLevel(raw_ostream &OS, StringRef Name,
     OS << "<level=" << Level << ">";
 }
 
+/// Warns of requests in the source of \p M that were not granted.
+static void warnAboutRequests(Module &M) {
+  for (Function &F : M)
+    if (!F.isDeclaration() && F.hasFnAttribute(Request) && !hasCloneMark(F))
+      warnAboutRequest(F, explainRefusedRing(F));
+}
+
 PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
   SingleRun Alone;
-  if (!areRemarksEnabled(M))
-    return InlineRecursionPass(Level).run(M, MAM);
-
-  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   auto EmitRemark = [this](Function &F,
                            InlineRecursion::InlineRecursionCosting *Costing,
                            const Verdict &V) {
@@ -33,8 +38,17 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
     else if (Costing || !V.Accepted || !Next.RingInlining)
       emitRemark(F, V);
   };
-  return runObserved(M, FAM, Level, EmitRemark) ? PreservedAnalyses::none()
-                                                : PreservedAnalyses::all();
+  PreservedAnalyses PA = PreservedAnalyses::none();
+  if (!areRemarksEnabled(M))
+    PA = InlineRecursionPass(Level).run(M, MAM);
+  else if (!runObserved(M,
+                        MAM.getResult<FunctionAnalysisManagerModuleProxy>(M)
+                            .getManager(),
+                        Level, EmitRemark))
+    PA = PreservedAnalyses::all();
+  if (Next.RingInlining)
+    warnAboutRequests(M);
+  return PA;
 }
 
 void PluginPass::printPipeline(raw_ostream &OS,

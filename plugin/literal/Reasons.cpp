@@ -158,6 +158,20 @@ Verdict llvm::inlinerecursion::judgeCosting(
   return V;
 }
 
+Verdict llvm::inlinerecursion::explainRefusedRing(const Function &F) {
+  if (std::optional<Verdict> Filtered = judgeFilter(F))
+    return *Filtered;
+  if (F.hasFnAttribute(EligibleMark))
+    return refuse("CloneLimit")
+           << "the ring that it requests would exceed the limit of "
+           << NV("Limit", getPassOption(CloneLimitOption))
+           << " copies per module";
+  return refuse("NoRemainder")
+         << "its entry block takes no remainder of an argument by a constant "
+            "that is known to have at most "
+         << NV("Limit", getPassOption(LongestRingOption)) << " values";
+}
+
 Verdict llvm::inlinerecursion::describeRing(const CloneChain &Ring) {
   const StringRef Asked =
       Ring.Origin->getFnAttribute(Request).getValueAsString();

@@ -29,6 +29,10 @@ std::optional<Verdict> judgeFilter(const Function &F);
 Verdict judgeCosting(InlineRecursion::InlineRecursionCosting Costing,
                      unsigned CloneCount);
 
+/// Why \p F, which requests a ring and is not kept away from the pass, has not
+/// been given one.
+Verdict explainRefusedRing(const Function &F);
+
 /// That \p Ring was granted, and on whose wish.
 Verdict describeRing(const CloneChain &Ring);
 

@@ -160,6 +160,7 @@ static void withdrawRequests(Module &M, FunctionAnalysisManager &FAM) {
     std::optional<Verdict> V = judgeRequest(F, FAM);
     if (!V)
       continue;
+    warnAboutRequest(F, *V);
     F.removeFnAttr(Request);
     if (areRemarksEnabled(M))
       emitRemark(F, *V);

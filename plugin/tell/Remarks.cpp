@@ -4,6 +4,8 @@
 #include "plugin/ir/Names.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/DebugInfoMetadata.h"
+#include "llvm/IR/DiagnosticInfo.h"
 #include "llvm/IR/Module.h"
 
 using namespace llvm;
@@ -57,6 +59,22 @@ void llvm::inlinerecursion::emitRefusalAnalysis(Function &F, const Verdict &V) {
   auto Remark =
       buildRemark<OptimizationRemarkAnalysis>(F, V, "refused by the pass: ");
   ORE.emit(Remark);
+}
+
+void llvm::inlinerecursion::warnAboutRequest(Function &F, const Verdict &Why) {
+  const Attribute Asked = F.getFnAttribute(Request);
+  if (!Asked.isValid() || Asked.getValueAsString() == FoundRequest)
+    return;
+  const DISubprogram *Place = F.getSubprogram();
+  DiagnosticInfoOptimizationFailure Warning(RemarkPassName, "Request",
+                                            Place ? DiagnosticLocation(Place)
+                                                  : DiagnosticLocation(),
+                                            &F.getEntryBlock());
+  Warning << "the ring of copies that '" << ore::NV("Callee", &F)
+          << "' asks for is not built: ";
+  for (const Verdict::Argument &Piece : Why.Message)
+    Warning << Piece;
+  F.getContext().diagnose(Warning);
 }
 
 void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V) {

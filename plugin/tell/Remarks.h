@@ -27,6 +27,12 @@ void emitAnalysis(InlineRecursion::InlineRecursionCosting &Costing);
 /// Tells why the pass refused \p F, where that is not the last word about it.
 void emitRefusalAnalysis(Function &F, const Verdict &V);
 
+/// Warns that the ring that the source of \p F asks for is not built, for the
+/// reason in \p Why; does nothing if no source has asked.  A warning, as LLVM
+/// gives it of a pragma for a loop that it does not follow (-Wpass-failed):
+/// whoever asks wants to know without asking for remarks.
+void warnAboutRequest(Function &F, const Verdict &Why);
+
 /// Tells what was decided about \p F, at its location in the source.
 void emitRemark(Function &F, const Verdict &V);
 
