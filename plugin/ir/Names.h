@@ -46,6 +46,9 @@ constexpr StringLiteral SeenMark = "inlinerecursion-seen";
 /// a space, the reason in words.  Until then.
 constexpr StringLiteral UndecidedMark = "inlinerecursion-undecided";
 
+/// The user was told that its profile was discarded.  Stays.
+constexpr StringLiteral ProfileToldMark = "inlinerecursion-profile-told";
+
 /// On loops around calls from copy to copy, as metadata.  Stays.
 constexpr StringLiteral ChainLoopMark = "llvm.loop.inlinerecursion.chain";
 
@@ -59,6 +62,8 @@ inline bool hasCloneMark(const Function &F) {
 // Behind the names of functions
 //===----------------------------------------------------------------------===//
 
+/// What all of these begin with, and the names of copies.
+constexpr StringLiteral PluginSuffix = ".recurse.";
 /// A function that makes the test of another one and calls it if need be.
 constexpr StringLiteral GuardSuffix = ".recurse.guard";
 /// What is left of a function behind the work up to its test.
@@ -81,6 +86,8 @@ constexpr StringLiteral BehindInlinerName = "inlinerecursion-behind-inliner";
 constexpr StringLiteral CallRepairName = "inlinerecursion-repair";
 constexpr StringLiteral ChainLoopsName = "inlinerecursion-chain-loops";
 constexpr StringLiteral CutRecurrencesName = "inlinerecursion-cut-recurrences";
+constexpr StringLiteral DiscardedProfilesName =
+    "inlinerecursion-discarded-profiles";
 constexpr StringLiteral EarlySumsName = "inlinerecursion-early-sums";
 constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
 constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";

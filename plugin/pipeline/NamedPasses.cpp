@@ -5,6 +5,7 @@
 #include "plugin/automatic/BehindInliner.h"
 #include "plugin/ir/Names.h"
 #include "plugin/legality/CallRepair.h"
+#include "plugin/legality/DiscardedProfiles.h"
 #include "plugin/legality/Protection.h"
 #include "plugin/literal/PluginPass.h"
 #include "plugin/literal/Printer.h"
@@ -74,6 +75,8 @@ static const NamedPass<ModulePassManager> ModulePasses[] = {
     {RequestsName, RequestsPass::name(), FindOnly, addRequests},
     {ProtectionName, ProtectionPass::name(), NoParameters, add<ProtectionPass>},
     {CallRepairName, CallRepairPass::name(), NoParameters, add<CallRepairPass>},
+    {DiscardedProfilesName, DiscardedProfilesPass::name(), NoParameters,
+     add<DiscardedProfilesPass>},
     {PromotionName, PromotionPass::name(), NoParameters, add<PromotionPass>},
     {RingInliningName, RingInliningPass::name(), NoParameters,
      add<RingInliningPass>},

@@ -4,6 +4,7 @@
 #include "plugin/automatic/AutoPass.h"
 #include "plugin/automatic/BehindInliner.h"
 #include "plugin/legality/CallRepair.h"
+#include "plugin/legality/DiscardedProfiles.h"
 #include "plugin/legality/Protection.h"
 #include "plugin/literal/PluginPass.h"
 #include "plugin/literal/Promotion.h"
@@ -61,7 +62,10 @@ void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
   PB.registerOptimizerEarlyEPCallback(
       [](ModulePassManager &MPM, OptimizationLevel Level) {
         const PassParameters Parameters = getDefaultParameters(Level);
-        if (Level != OptimizationLevel::O0 && Parameters.Auto)
+        if (Level == OptimizationLevel::O0)
+          return;
+        MPM.addPass(DiscardedProfilesPass());
+        if (Parameters.Auto)
           MPM.addPass(BehindInlinerPass(Parameters.Limits, Level));
       });
   PB.registerLateLoopOptimizationsEPCallback(

@@ -77,6 +77,26 @@ void llvm::inlinerecursion::warnAboutRequest(Function &F, const Verdict &Why) {
   F.getContext().diagnose(Warning);
 }
 
+void llvm::inlinerecursion::tellDiscardedProfile(Function &F,
+                                                 StringRef Origin) {
+  const std::string Text =
+      ("the profile of '" + Origin +
+       "' was discarded, which was another function when it was instrumented: "
+       "compile both times at the same -O level and with the same options of "
+       "the plugin")
+          .str();
+  if (F.hasComdat() || F.hasWeakLinkage() ||
+      F.hasAvailableExternallyLinkage()) {
+    OptimizationRemarkEmitter ORE(&F);
+    ORE.emit(OptimizationRemarkMissed(RemarkPassName, "ProfileDiscarded", &F)
+             << Text);
+    return;
+  }
+  const std::string Warning = "InlineRecursion: " + Text;
+  F.getContext().diagnose(DiagnosticInfoPGOProfile(
+      F.getParent()->getName().data(), Warning, DS_Warning));
+}
+
 void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V) {
   OptimizationRemarkEmitter ORE(&F);
   if (V.Accepted) {

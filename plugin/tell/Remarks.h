@@ -33,6 +33,12 @@ void emitRefusalAnalysis(Function &F, const Verdict &V);
 /// whoever asks wants to know without asking for remarks.
 void warnAboutRequest(Function &F, const Verdict &Why);
 
+/// Warns that the counts of \p F, which is the function \p Origin of the source
+/// or a copy of it, were discarded.  A warning like LLVM's own of it (the name
+/// of the source, -Wbackend-plugin), and a remark where LLVM says nothing:
+/// inline functions differ between files by nature.
+void tellDiscardedProfile(Function &F, StringRef Origin);
+
 /// Tells what was decided about \p F, at its location in the source.
 void emitRemark(Function &F, const Verdict &V);
 
