@@ -122,12 +122,3 @@ run(Output ${Tools}/flang-new --config=${Config} -O3
   ${Scratch}/factorial.f90 -o ${Scratch}/factorial)
 run(Output ${Scratch}/factorial)
 expect("Fortran" "${Output}" "120")
-
-# The Debian package holds the same files.
-run(_ ${CMAKE_COMMAND} -E chdir ${Build} cpack -G DEB -B ${Scratch}/deb)
-file(GLOB Package ${Scratch}/deb/*.deb)
-run(Output dpkg-deb --contents ${Package})
-foreach(File InlineRecursion-16.so inlinerecursion.cfg
-        InlineRecursionConfig.cmake request.h)
-  expect("package" "${Output}" "/${File}")
-endforeach()
