@@ -5,7 +5,7 @@
 #   scripts/setup.sh [--all] [TARGET]     TARGET defaults to everything
 #
 # With --all, what only some tests need is installed, too: the other LLVMs that they
-# load the plugin into, and libtool.  Without it, those tests leave out what is
+# load the plugin into, libtool, ccache and distcc.  Without it, those tests leave out what is
 # missing and say so.
 #
 # Every step is skipped when its result is already there, so that a repeated
@@ -32,7 +32,7 @@ target=${1-}
 packages=(llvm-16-dev llvm-16-tools clang-16 lld-16 flang-16 libclang-rt-16-dev
           cmake ninja-build g++ gcc python3 libgtest-dev libgmock-dev graphviz)
 if [[ $all ]]; then
-  packages+=(libtool-bin)
+  packages+=(libtool-bin ccache distcc)
   for version in 14 15 19; do
     packages+=("llvm-$version" "clang-$version" "lld-$version")
   done

@@ -6,8 +6,8 @@
 The points run with the files that are installed (tests/packaging/installed.py says how)
 on the programs that are installed as examples. Each compares a program with what the
 plain compiler makes of it, or what is printed with what the user guide says. What needs
-software that is not there is skipped; `scripts/setup.sh --all` installs the other LLVMs
-and libtool.
+software that is not there is skipped; `scripts/setup.sh --all` installs it, the
+other LLVMs included.
 """
 
 import contextlib
@@ -185,7 +185,7 @@ def thinlto_cache(trial):
 @point("ccache")
 def ccache(trial):
     """With CCACHE_EXTRAFILES another plugin, or none, is another compilation."""
-    program = need("ccache", "apt-get install ccache")
+    program = need("ccache", "scripts/setup.sh --all")
     folder = trial.scratch / "ccache"
     (folder / "lib" / "inlinerecursion").mkdir(parents=True)
     plugin = shutil.copy(trial.plugin, folder / "lib")
@@ -211,7 +211,7 @@ def ccache(trial):
 @point("distcc")
 def distcc(trial):
     """distcc compiles on this machine, with the plugin under its path."""
-    program = need("distcc", "apt-get install distcc")
+    program = need("distcc", "scripts/setup.sh --all")
     env = {**os.environ, "DISTCC_HOSTS": "localhost",
            "DISTCC_DIR": str(trial.scratch / "distcc")}
     run(program, TOOLS / "clang", trial.config, "-O3", *REMARKS, "-c",
