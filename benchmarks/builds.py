@@ -16,6 +16,7 @@ import hashlib
 import os
 import re
 import shlex
+import shutil
 import subprocess
 from dataclasses import dataclass, replace
 from pathlib import Path
@@ -23,12 +24,16 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 KERNELS = Path("benchmarks/kernels")
 DEFAULT_PLUGIN = Path("build/release/lib/InlineRecursion-16.so")
-CLASSES = ("bounded", "ring", "unbounded")
+CLASSES = ("bounded", "ring", "states", "unbounded")
 COMPILE_TIMEOUT = 120
 
-# The compilers of C and of C++.
-FAMILIES = {"clang": ("clang-16", "clang++-16"), "gcc": ("gcc", "g++"),
-            "plugin": ("clang-16", "clang++-16")}
+# The compilers of C, of C++ and of Fortran, by the suffix of a kernel.
+FAMILIES = {
+    "clang": {".c": "clang-16", ".cpp": "clang++-16", ".f90": "flang-new-16"},
+    "gcc": {".c": "gcc", ".cpp": "g++", ".f90": "gfortran"},
+    "plugin": {".c": "clang-16", ".cpp": "clang++-16", ".f90": "flang-new-16"}}
+MODULES_TO = {"flang-new-16": "-module-dir", "gfortran": "-J"}
+LANGUAGE = {".c": ("-std=c11",), ".cpp": ("-std=c++17",), ".f90": ("-cpp",)}
 
 
 class BenchError(Exception):
@@ -45,8 +50,14 @@ class Column:
     only: str = ""          # a class, or empty for all
     requests: bool = False  # the kernels' own requests for rings are seen
     unroll: int = 0         # levels of recursion inlined in the source
+    default: bool = False   # the flags say what holds without them, too
 
     def applies(self, kernel):
+        """flang has the plugin, but not its options, and only C and C++ sources
+        are unrolled."""
+        if kernel.is_fortran and (self.unroll or (self.family == "plugin" and
+                                                  not self.default)):
+            return False
         return self.only in ("", kernel.kind)
 
 
@@ -70,7 +81,7 @@ COLUMNS = (
     Column("clang", "clang"),
     Column("gcc", "gcc"),
     Column("clang-spec", "clang", SPECIALISE),
-    Column("L0", "plugin", level(0)),
+    Column("L0", "plugin", level(0), default=True),
     Column("L1", "plugin", level(1)),
     Column("L2", "plugin", level(2)),
     Column("L3", "plugin", level(3)),
@@ -115,17 +126,18 @@ class Kernel:
     def __init__(self, path):
         self.path = path
         self.name = path.stem
-        self.is_cxx = path.suffix == ".cpp"
+        self.is_fortran = path.suffix == ".f90"
         text = (ROOT / path).read_text(encoding="utf-8")
-        kind = re.search(r"^// class: (\S+)$", text, re.M)
+        sign = "!" if self.is_fortran else "//"
+        kind = re.search(rf"^{sign} class: (\S+)$", text, re.M)
         if not kind or kind.group(1) not in CLASSES:
-            raise BenchError(f"{path} has no line '// class: NAME' with NAME one "
+            raise BenchError(f"{path} has no line '{sign} class: NAME' with NAME one "
                              f"of {', '.join(CLASSES)}; add one")
-        sweep = re.search(r"^// sweep: (argument|[A-Z]+)((?: [0-9,]+)+)$", text,
-                          re.M)
+        sweep = re.search(rf"^{sign} sweep: (argument|[A-Z]+)((?: [0-9,]+)+)$",
+                          text, re.M)
         if not sweep:
-            raise BenchError(f"{path} has no line '// sweep: argument N N ...' or "
-                             "'// sweep: MACRO N N ...'; add one")
+            raise BenchError(f"{path} has no line '{sign} sweep: argument N N ...' "
+                             f"or '{sign} sweep: MACRO N N ...'; add one")
         self.kind = kind.group(1)
         self.macro = None if sweep.group(1) == "argument" else sweep.group(1)
         self.inputs = sweep.group(2).split()
@@ -174,7 +186,7 @@ def find_kernels(classes, names):
     """The kernels of these classes and names, all where None is given."""
     kernels = [Kernel(KERNELS / path.name)
                for path in sorted((ROOT / KERNELS).iterdir())
-               if path.suffix in (".c", ".cpp")]
+               if path.suffix in LANGUAGE]
     for kind in classes or ():
         if kind not in CLASSES:
             raise BenchError(f"unknown class '{kind}'; known are "
@@ -209,7 +221,8 @@ def choose_columns(labels, levels, quick, extra, without_plugin):
     columns = [c for c in COLUMNS if c.label in wanted]
     if without_plugin:
         columns = [c for c in columns if c.family != "plugin"]
-    return [replace(c, flags=c.flags + tuple(shlex.split(extra)))
+    more = tuple(shlex.split(extra))
+    return [replace(c, flags=c.flags + more, default=c.default and not more)
             if c.family == "plugin" else c for c in columns]
 
 
@@ -225,6 +238,15 @@ def version(compiler):
                               stdout=subprocess.PIPE).stdout.splitlines()[0]
     except (OSError, subprocess.CalledProcessError):
         raise BenchError(f"{compiler} does not run; install it") from None
+
+
+@functools.lru_cache(maxsize=None)
+def flang_libraries():
+    """Where flang's runtime libraries are: Debian's flang does not look there."""
+    flang = shutil.which("flang-new-16")
+    if not flang:
+        raise BenchError("flang-new-16 does not run; install it")
+    return Path(flang).resolve().parent.parent / "lib"
 
 
 def measure_command(command, output=subprocess.PIPE, timeout=COMPILE_TIMEOUT):
@@ -275,16 +297,26 @@ class Builder:
         # otherwise change the plain builds too.
         return flags + (["-Iinclude"] if column.requests else [])
 
+    def fortran_flags(self, column):
+        if column.family == "gcc":
+            return list(column.flags)
+        flags = [f"-L{flang_libraries()}"]
+        if column.family == "plugin":
+            return [f"-fpass-plugin={self.plugin}", *flags]
+        return [*column.flags, *flags]
+
     def command(self, kernel, column, value, extra=()):
-        compiler = FAMILIES[column.family][kernel.is_cxx]
-        return [compiler, "-std=c++17" if kernel.is_cxx else "-std=c11", "-O3",
-                *self.flags(column), *kernel.flags(value), *extra,
-                str(kernel.path)]
+        suffix = kernel.path.suffix
+        flags = (self.fortran_flags(column) if kernel.is_fortran
+                 else self.flags(column))
+        return [FAMILIES[column.family][suffix], *LANGUAGE[suffix], "-O3", *flags,
+                *kernel.flags(value), *extra, str(kernel.path)]
 
     def key(self, command, kernel, column):
         parts = [*command, version(command[0]), file_hash(kernel.path)]
+        headers = "*.inc" if kernel.is_fortran else "*.h"
         parts += [file_hash(KERNELS / p.name)
-                  for p in sorted((ROOT / KERNELS).glob("*.h"))]
+                  for p in sorted((ROOT / KERNELS).glob(headers))]
         if column.family == "plugin":
             parts.append(file_hash(self.plugin))
         if column.unroll:
@@ -306,8 +338,15 @@ class Builder:
         known = self.state.get("build", key)
         if known and (known[0]["error"] or (ROOT / path).exists()):
             return Program(key, path, **known[0])
-        status, output, seconds, _ = measure_command(
-            command + ["-o", str(path)])
+        command += ["-o", str(path)]
+        if kernel.is_fortran:
+            # Compilers of Fortran leave module files somewhere, each its own.
+            modules = f"{path}.modules"
+            (ROOT / modules).mkdir(exist_ok=True)
+            command += [MODULES_TO[command[0]], modules]
+        status, output, seconds, _ = measure_command(command)
+        if kernel.is_fortran:
+            shutil.rmtree(ROOT / modules)
         program = Program(key, path, seconds=round(seconds, 4))
         if status == 0:
             program.text = text_size(path)
@@ -321,7 +360,7 @@ class Builder:
 
     def refusal(self, column):
         """Why the compiler rejects the column's flags, or an empty string."""
-        compiler = FAMILIES[column.family][0]
+        compiler = FAMILIES[column.family][".c"]
         status, output, _, _ = measure_command(
             [compiler, "-O3", *self.flags(column), "-x", "c", "/dev/null", "-c",
              "-o", "/dev/null"])

@@ -146,7 +146,7 @@ class FakeRunner(measure.Runner):
 
 
 KERNEL = SimpleNamespace(name="k", kind="bounded", inputs=["1", "2"],
-                         arguments=lambda value: [value])
+                         is_fortran=False, arguments=lambda value: [value])
 COLUMNS = [builds.Column("clang", "clang"), builds.Column("gcc", "gcc"),
            builds.Column("rings", "clang", only="ring")]
 
@@ -284,6 +284,41 @@ class Kernels(unittest.TestCase):
         self.assertEqual(builds.choose_columns(["L0"], None, False, "-mllvm -x",
                                                False)[1].flags[-2:],
                          ("-mllvm", "-x"))
+
+
+class Fortran(unittest.TestCase):
+    """Kernels that flang and gfortran compile."""
+
+    def setUp(self):
+        temporary = tempfile.TemporaryDirectory()
+        self.addCleanup(temporary.cleanup)
+        self.builder = builds.Builder(
+            SimpleNamespace(directory=Path(temporary.name)), Path("p.so"))
+        self.kernel, = builds.find_kernels(None, ["states_rows_module"])
+        self.columns = {c.label: c for c in builds.COLUMNS}
+
+    def command(self, label):
+        return self.builder.command(self.kernel, self.columns[label], "40",
+                                    ("-DX",))
+
+    def test_command(self):
+        self.assertEqual(self.command("gcc"),
+                         ["gfortran", "-cpp", "-O3", "-DX", str(self.kernel.path)])
+        plain, plugin = self.command("clang"), self.command("L0")
+        self.assertEqual(plain[:3], ["flang-new-16", "-cpp", "-O3"])
+        self.assertEqual([f for f in plugin if f not in plain],
+                         ["-fpass-plugin=p.so"])
+
+    def test_flang_knows_no_options_of_the_plugin(self):
+        mine = [c.label for c in builds.COLUMNS if c.applies(self.kernel)]
+        self.assertEqual(mine, ["clang", "gcc", "clang-spec", "L0"])
+        more = builds.choose_columns(["L0"], None, False, "-mllvm -x", False)
+        self.assertFalse(more[1].applies(self.kernel))
+
+    def test_its_sources_are_not_unrolled(self):
+        mine = [c.label for c in builds.WHY_COLUMNS if c.applies(self.kernel)]
+        self.assertIn("no ipa-cp", mine)
+        self.assertNotIn("clang 1", mine)
 
 
 class Scale(unittest.TestCase):

@@ -1,5 +1,5 @@
 // class: states
-// sweep: argument 52 50 51 53 54
+// sweep: argument 40 36 38 42
 //
 // Fills a board of 9 x 9 squares row by row: one function of nine nested loops, one
 // for each square of the row. The row is the only argument, from 1 to 9, and decides

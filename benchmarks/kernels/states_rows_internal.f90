@@ -1,5 +1,5 @@
 ! class: states
-! sweep: argument 46 40 44 48
+! sweep: argument 40 36 38 42
 !
 ! The search of states_rows.c as an internal procedure: counts and sums belong to the
 ! procedure around it. Here for what compilers make of such a host.
@@ -143,8 +143,8 @@ program states_rows
   type(sums) :: found
   integer :: repeats, empty, number, given(cells, 0:cases-1)
 
-  repeats = argument(1, 400 / share, 1, 2000000000)
-  empty = argument(2, 46, 1, cells)
+  repeats = argument(1, 40 / share, 1, 2000000000)
+  empty = argument(2, 40, 1, cells)
   do number = 0, cases - 1
     call give_digits(number, empty, given(:, number))
   end do
