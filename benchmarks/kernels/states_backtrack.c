@@ -1,12 +1,12 @@
 // class: states
 // sweep: argument 4 0 2 8
 //
-// Eight queens with row and size as arguments, entered with 0 and 8, and flags in
-// arrays; some squares are blocked. Here for a state of which one part never changes.
-// The input is how many squares are blocked at most.
+// Eight queens with row and size as arguments, entered with 0 and 8, and flags
+// in arrays; some squares are blocked. Here for a state of which one part never
+// changes. The input is how many squares are blocked at most.
 //
-// Reference: every arrangement of one queen in each row, as a number of eight digits,
-// counted up with a skip over what is wrong already.
+// Reference: every arrangement of one queen in each row, as a number of eight
+// digits, counted up with a skip over what is wrong already.
 
 #include "kernel.h"
 

@@ -1,10 +1,10 @@
 // class: states
 // sweep: argument 5 3 4 7
 //
-// All choices of 6 of 12 things, as the sum of their products with weights. How many
-// things are left and how many are still to choose are the state: 42 pairs. Here for
-// two constants that go down on two ways, and meet again. The input is how many sets
-// of things go in turn.
+// All choices of 6 of 12 things, as the sum of their products with weights. How
+// many things are left and how many are still to choose are the state: 55
+// pairs. Here for two constants that go down on two ways, and meet again. The
+// input is how many sets of things go in turn.
 //
 // Reference: the elementary symmetric polynomial, by multiplying out (1 + w x).
 

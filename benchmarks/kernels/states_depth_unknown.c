@@ -1,9 +1,9 @@
 // class: states
 // sweep: argument 12 9 10 11 14
 //
-// Sums over all ways down a triangle of numbers to a depth that is the input. The depth
-// counts up from 0. Here for a constant that does not pay: nothing says where it ends,
-// and it decides only which row is read.
+// Sums over all ways down a triangle of numbers to a depth that is the input.
+// The depth counts up from 0. Here for a constant that does not pay: nothing
+// says where it ends, and it decides only which row is read.
 //
 // Reference: row by row from the bottom.
 

@@ -1,9 +1,10 @@
 // class: states
 // sweep: argument 4 2 3 6
 //
-// A Fourier transform of 1024 numbers modulo 998244353, by recursion over the even and
-// the odd ones. Length and stride are the state: ten pairs. Here for two numbers that
-// always change together. The input is how many sequences go in turn.
+// A Fourier transform of 1024 numbers modulo 998244353, by recursion over the
+// even and the odd ones. Length and stride are the state: eleven pairs. Here for
+// two numbers that always change together. The input is how many sequences go
+// in turn.
 //
 // Reference: every seventh entry of the result by the definition.
 
@@ -40,8 +41,7 @@ static void transform(uint32_t *To, const uint32_t *From, int Count,
     uint32_t Even = To[I], Odd = times(To[I + Half], Powers[I * Stride]);
     uint32_t Sum = Even + Odd, Difference = Even + Modulus - Odd;
     To[I] = Sum >= Modulus ? Sum - Modulus : Sum;
-    To[I + Half] =
-        Difference >= Modulus ? Difference - Modulus : Difference;
+    To[I + Half] = Difference >= Modulus ? Difference - Modulus : Difference;
   }
 }
 
@@ -74,7 +74,6 @@ int main(int Argc, char **Argv) {
   uint64_t Expected = 0;
   for (long Case = 0; Case < Cases; ++Case)
     for (uint32_t I = 0; I < Length; I += 7)
-      Expected +=
-          kernelShare(Repeats, Cases, Case) * entryOf(Input[Case], I);
+      Expected += kernelShare(Repeats, Cases, Case) * entryOf(Input[Case], I);
   return kernelReport("fft", Repeats, Sum, Expected);
 }

@@ -1,13 +1,13 @@
 // class: states
 // sweep: argument 3 2 4 5
 //
-// A game on three heaps: the sides take one, two or three from a heap in turn, and a
-// heap pays more to one side than to the other. The search looks seven moves ahead.
-// Side and depth are the state. Here for a state of two parts, one of which goes to
-// and fro. The input is how large the heaps are.
+// A game on three heaps: the sides take one, two or three from a heap in turn,
+// and a heap pays more to one side than to the other. The search looks seven
+// moves ahead. Side and depth are the state. Here for a state of two parts, one
+// of which goes to and fro. The input is how large the heaps are.
 //
-// Reference: the values of all positions of each depth, from a table of the positions
-// that are one move nearer to the end.
+// Reference: the values of all positions of each depth, from a table of the
+// positions that are one move nearer to the end.
 
 #include "kernel.h"
 

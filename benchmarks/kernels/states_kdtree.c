@@ -1,9 +1,9 @@
 // class: states
 // sweep: argument 4000 1000 2000 8000
 //
-// A k-d tree of some points in space in a balanced, implicit layout: nearest point,
-// and points in a ball. The axis goes round with the depth, 0, 1, 2, from 0. Here for
-// a state that comes back, beside a range that does not.
+// A k-d tree of some points in space in a balanced, implicit layout: nearest
+// point, and points in a ball. The axis goes round with the depth, 0, 1, 2,
+// from 0. Here for a state that comes back, beside a range that does not.
 //
 // Reference: all points one by one.
 

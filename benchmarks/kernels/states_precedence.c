@@ -1,12 +1,13 @@
 // class: states
 // sweep: argument 2000 500 1000 4000
 //
-// A calculator: one function for all levels of precedence, entered with level 0,
-// which calls itself for the next level; behind the last one a parenthesis starts
-// again at 0. Here for levels that each have operators of their own, and for a state
-// that returns to the first.
+// A calculator: one function for all levels of precedence, entered with level
+// 0, which calls itself for the next level; behind the last one a parenthesis
+// starts again at 0. Here for levels that each have operators of their own, and
+// for a state that returns to the first.
 //
-// Reference: two stacks, of values and of operators, reading from left to right.
+// Reference: two stacks, of values and of operators, reading from left to
+// right.
 
 #include "kernel.h"
 

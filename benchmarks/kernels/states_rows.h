@@ -1,13 +1,15 @@
-// What the states_rows* kernels in C and C++ share around the search: the board,
-// its cases, the reference and main. The nine loops are in states_rows_nest.h.
+// What the states_rows* kernels in C and C++ share around the search: the
+// board, its cases, the reference and main. The nine loops are in
+// states_rows_nest.h.
 //
-// Rows count from 1 to 9. Blocked[Column][Digit][Row] counts what keeps a digit away
-// from a square: squares above it in its column and in its box, and the square's own
-// given digit, if it is another one. A row is filled from left to right, and each of
-// its squares blocks its digit in the rows below until it is taken back.
+// Rows count from 1 to 9. Blocked[Column][Digit][Row] counts what keeps a digit
+// away from a square: squares above it in its column and in its box, and the
+// square's own given digit, if it is another one. A row is filled from left to
+// right, and each of its squares blocks its digit in the rows below until it is
+// taken back.
 //
-// Reference: the same boards with an explicit stack over a plain grid, with masks of
-// the digits that are used in each row, column and box.
+// Reference: the same boards with an explicit stack over a plain grid, with
+// masks of the digits that are used in each row, column and box.
 
 #ifndef BENCH_STATES_ROWS_H
 #define BENCH_STATES_ROWS_H
@@ -20,8 +22,8 @@ static int Blocked[Side][Side][Side + 1];
 static uint64_t Rows[Side + 1]; // Rows that were filled.
 static uint64_t Solutions, LastRows;
 
-/// Gives the digits of a finished board but for Empty squares; the case relabels
-/// the digits and picks the squares.
+/// Gives the digits of a finished board but for Empty squares; the case
+/// relabels the digits and picks the squares.
 static void giveDigits(unsigned Case, int Empty, int Given[Cells]) {
   uint32_t Random = 77 + Case;
   for (int Cell = 0; Cell < Cells; ++Cell) {
@@ -114,7 +116,7 @@ static uint64_t rowsChecksum(const uint64_t Filled[Side + 1], uint64_t Found,
     }                                                                          \
     uint64_t Got = rowsChecksum(Rows, Solutions, LastRows), Expected = 0;      \
     for (unsigned Case = 0; Case < Cases; ++Case) {                            \
-      uint64_t Filled[Side + 1] = {0}, Found = 0, Last = 0;                        \
+      uint64_t Filled[Side + 1] = {0}, Found = 0, Last = 0;                    \
       uint64_t Share = kernelShare(Repeats, Cases, Case);                      \
       if (!Share)                                                              \
         continue;                                                              \

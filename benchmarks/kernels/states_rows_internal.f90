@@ -95,9 +95,10 @@ contains
                               blocked(row+1:box_end, 7:9, i) - 1
                         else
                           solutions = solutions + 1
-                          number = (((a - 1) * side + b - 1) * side + c - 1) * side + d - 1
-                          number = ((number * side + e - 1) * side + f - 1) * side + g - 1
-                          last_rows = last_rows + (number * side + h - 1) * side + i - 1
+                          number = ((a - 1) * side + b - 1) * side + c - 1
+                          number = ((number * side + d - 1) * side + e - 1) * side + f - 1
+                          number = ((number * side + g - 1) * side + h - 1) * side + i - 1
+                          last_rows = last_rows + number
                         end if
                       end do
                       blocked(row+1:side, 8, h) = blocked(row+1:side, 8, h) - 1

@@ -1,8 +1,8 @@
 // class: states
 // sweep: argument 40 36 38 42
 //
-// The search of states_rows.c as a generic lambda that is handed itself. Here for
-// closures, whose address goes along beside the row.
+// The search of states_rows.c as a generic lambda that is handed itself. Here
+// for closures, whose address goes along beside the row.
 //
 // The board and the reference are in states_rows.h.
 

@@ -1,8 +1,8 @@
 // class: states
 // sweep: argument 40 36 38 42
 //
-// The search of states_rows.c as a member function, the sums in the object. Here for
-// the object's address, which is handed along beside the row.
+// The search of states_rows.c as a member function, the sums in the object.
+// Here for the object's address, which is handed along beside the row.
 //
 // The board and the reference are in states_rows.h.
 

@@ -1,6 +1,6 @@
-// The nine loops of the states_rows* kernels in C and C++: the body of a function
-// of Row, which calls itself by FILL_ROW(Row + 1). Every square tries the digits
-// that nothing blocks and that the row does not have yet.
+// The nine loops of the states_rows* kernels in C and C++: the body of a
+// function of Row, which calls itself by FILL_ROW(Row + 1). Every square tries
+// the digits that nothing blocks and that the row does not have yet.
 
 // Lets a digit in a column block squares in the rows below, or takes that back.
 #define BLOCK(Column, Digit, By)                                               \

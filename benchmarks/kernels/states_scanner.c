@@ -1,10 +1,10 @@
 // class: states
 // sweep: argument 4000 500 2000 8000
 //
-// A machine of six states that splits a text into words, numbers, spaces and comments:
-// one activation for each character, with the table in memory that does not change.
-// Here for a state that comes from a table, and for one of the two arguments of a
-// recursion that is as deep as the text.
+// A machine of six states that splits a text into words, numbers, spaces and
+// comments: one activation for each character, with the table in memory that
+// does not change. Here for a state that comes from a table, and for one of the
+// two arguments of a recursion that is as deep as the text.
 //
 // Reference: the same tokens by a loop that looks at the characters themselves.
 

@@ -1,10 +1,10 @@
 // class: states
 // sweep: argument 40 4 400 4000
 //
-// A segment tree over 4096 numbers: sums of ranges, and changes of single numbers, each
-// entered with node 1 and the range 0 to 4095. Here for constants that do not pay: 8191
-// states, and which of them come depends on the question. The input is how long the
-// ranges are that are asked for.
+// A segment tree over 4096 numbers: sums of ranges, and changes of single
+// numbers, each entered with node 1 and the range 0 to 4095. Here for constants
+// that do not pay: 8191 states, and which of them come depends on the question.
+// The input is how long the ranges are that are asked for.
 //
 // Reference: the numbers in an array, with a sum over all of them beside it.
 
@@ -56,8 +56,8 @@ int main(int Argc, char **Argv) {
     }
   }
 
-  // The numbers stay as the last round of a case left them; from the second turn
-  // of all cases on, every turn is like the one before.
+  // The numbers stay as the last round of a case left them; from the second
+  // turn of all cases on, every turn is like the one before.
   static uint32_t Numbers[Count];
   uint64_t Turn[Cases] = {0};
   for (long R = 0; R < Repeats; ++R) {

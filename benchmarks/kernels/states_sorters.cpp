@@ -1,9 +1,9 @@
 // class: states
 // sweep: argument 4000 1000 2000 8000
 //
-// A quicksort and a merge sort that hand a comparison along, a pointer to a function,
-// each entered with two of them. Here for a state that never changes on the way, and
-// for calls through a pointer that each copy knows.
+// A quicksort and a merge sort that hand a comparison along, a pointer to a
+// function, each entered with two of them. Here for a state that never changes
+// on the way, and for calls through a pointer that each copy knows.
 //
 // Reference: the multiset is counted value by value, as in unbounded_quicksort.
 

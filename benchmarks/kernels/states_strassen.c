@@ -1,9 +1,10 @@
 // class: states
 // sweep: argument 4 2 3 6
 //
-// Strassen's multiplication of matrices of 64 x 64 numbers, halved down to 8 x 8. The
-// size is the state; the room for the sums lies in one block. Here for loops whose
-// bounds are constants in each copy. The input is how many matrices go in turn.
+// Strassen's multiplication of matrices of 64 x 64 numbers, halved down to 8
+// x 8. The size is the state; the room for the sums lies in one block. Here for
+// loops whose bounds are constants in each copy. The input is how many matrices
+// go in turn.
 //
 // Reference: the definition, row by column.
 
@@ -40,11 +41,11 @@ static void multiply(uint32_t *To, const uint32_t *A, int PitchA,
 #define ADD(Sum, X, Sign, Y, Pitch)                                            \
   for (int I = 0; I < H; ++I)                                                  \
     for (int J = 0; J < H; ++J)                                                \
-      Sum[I * H + J] = X[I * Pitch + J] Sign Y[I * Pitch + J]
+  Sum[I * H + J] = X[I * Pitch + J] Sign Y[I * Pitch + J]
 #define PUT(Row, Column, Sign)                                                 \
   for (int I = 0; I < H; ++I)                                                  \
     for (int J = 0; J < H; ++J)                                                \
-      To[(I + Row * H) * N + J + Column * H] Sign P[I * H + J]
+  To[(I + Row * H) * N + J + Column * H] Sign P[I * H + J]
   ADD(S, A11, +, A22, PitchA);
   ADD(T, B11, +, B22, PitchB);
   multiply(P, S, H, T, H, Free, H);
@@ -95,7 +96,8 @@ int main(int Argc, char **Argv) {
   uint64_t Sum = 0;
   for (long R = 0; R < Repeats; ++R) {
     kernelClobber(Left);
-    multiply(Product, Left[R % Cases], Size, Right[R % Cases], Size, Room, Size);
+    multiply(Product, Left[R % Cases], Size, Right[R % Cases], Size, Room,
+             Size);
     Sum += checksum();
   }
 

@@ -1,10 +1,10 @@
 // class: states
 // sweep: argument 5 3 4 7
 //
-// How alike two texts of 9 and 9 letters are, without a table: the longest common
-// subsequence by plain recursion from (0, 0). Here for constants that do not pay: a
-// hundred pairs of places, of which nothing but two subscripts follows. The input is
-// how many pairs of texts go in turn.
+// How alike two texts of 9 and 9 letters are, without a table: the longest
+// common subsequence by plain recursion from (0, 0). Here for constants that do
+// not pay: a hundred pairs of places, of which nothing but two subscripts
+// follows. The input is how many pairs of texts go in turn.
 //
 // Reference: the usual table.
 
