@@ -236,7 +236,7 @@ static SmallString<64> getCloneName(const Function &Pattern,
   if (Suffix != StringRef::npos)
     Name.truncate(Suffix);
   raw_svector_ostream OS(Name);
-  OS << ".specialized";
+  OS << SpecializedSuffix;
   for (const Constant *C : Tuple) {
     OS << ".";
     if (const auto *I = dyn_cast_or_null<ConstantInt>(C))

@@ -24,6 +24,9 @@ constexpr StringLiteral CloneMark = "llvm.recurse.clone";
 /// of its copies.
 constexpr StringLiteral CloneSuffix = ".recurse.clone";
 
+/// The same for the copies that its constants are put into.
+constexpr StringLiteral SpecializedSuffix = ".specialized";
+
 /// On a function that asks for a ring, and on its copies.
 constexpr StringLiteral Request = "specialize-inline-recursion-function";
 

@@ -40,9 +40,10 @@ void llvm::inlinerecursion::tellUndecided(Module &M) {
     if (!Mark.isValid())
       continue;
     // The context keeps the text of the mark as long as it lives.
-    const auto [Name, Reason] = Mark.getValueAsString().split(' ');
+    const auto [Name, Rest] = Mark.getValueAsString().split(' ');
+    const auto [Reason, Remedy] = Rest.split('\n');
     F.removeFnAttr(UndecidedMark);
-    emitRemark(F, refuse(Name) << Reason);
+    emitRemark(F, refuse(Name, Remedy) << Reason);
   }
 }
 
@@ -188,15 +189,16 @@ void AutoRun::tell(const Candidate &C, const Trial &Tried,
   if (!TellUser || (C.IsRest && Decided.Kind == Plan::Nothing))
     return;
   if (SecondLookFollows && Decided.MayGoAway) {
-    C.F->addFnAttr(
-        UndecidedMark,
-        (Decided.Decision.Name + " " + Decided.Decision.str()).str());
+    const Verdict &V = Decided.Decision;
+    C.F->addFnAttr(UndecidedMark,
+                   (V.Name + " " + V.str() + "\n" + V.Remedy).str());
     return;
   }
   C.F->removeFnAttr(UndecidedMark);
   if (Decided.Kind != Plan::Nothing && Tried.passesSum())
     Decided.Decision << ", handing its sum on from self call to self call";
-  emitRemark(*C.F, Decided.Decision);
+  Decided.Decision.Growth = Decided.Growth;
+  emitRemark(*C.F, Decided.Decision, /*IsPart=*/C.IsRest);
 }
 
 /// Builds what was \p Granted for \p F, which \p C is or has become.

@@ -42,8 +42,8 @@ constexpr StringLiteral PlannedMark = "inlinerecursion-planned";
 constexpr StringLiteral SeenMark = "inlinerecursion-seen";
 
 /// The automatic policy has refused it for a reason that may go away, and tells
-/// behind the second look only; the value is the name of the reason and, behind
-/// a space, the reason in words.  Until then.
+/// behind the second look only; the value is the name of the reason, behind a
+/// space the reason in words, and on a second line the remedy.  Until then.
 constexpr StringLiteral UndecidedMark = "inlinerecursion-undecided";
 
 /// The user was told that its profile was discarded.  Stays.
@@ -51,6 +51,11 @@ constexpr StringLiteral ProfileToldMark = "inlinerecursion-profile-told";
 
 /// On loops around calls from copy to copy, as metadata.  Stays.
 constexpr StringLiteral ChainLoopMark = "llvm.loop.inlinerecursion.chain";
+
+/// The decisions about the functions of a module, as named metadata, while they
+/// are collected for the summary.  Only where remarks are wanted; until the
+/// summary is told.
+constexpr StringLiteral DecisionsMark = "inlinerecursion.decisions";
 
 /// Is \p F a copy, or were copies made of it?  While the protection lasts, also
 /// whatever is kept away from the pass.
@@ -96,6 +101,7 @@ constexpr StringLiteral PromotionName = "inlinerecursion-promotion";
 constexpr StringLiteral ProtectionName = "inlinerecursion-protect";
 constexpr StringLiteral RequestsName = "inlinerecursion-requests";
 constexpr StringLiteral RingInliningName = "inlinerecursion-ring-inlining";
+constexpr StringLiteral SummaryName = "inlinerecursion-summary";
 
 } // namespace inlinerecursion
 } // namespace llvm

@@ -7,6 +7,7 @@
 #include "plugin/literal/ObservedRun.h"
 #include "plugin/literal/Reasons.h"
 #include "plugin/tell/Remarks.h"
+#include "plugin/tell/Summary.h"
 #include "llvm/IR/Module.h"
 
 using namespace llvm;
@@ -39,6 +40,8 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
       emitRemark(F, V);
   };
   PreservedAnalyses PA = PreservedAnalyses::none();
+  if (Next.Summary && areRemarksEnabled(M))
+    beginSummary(M);
   if (!areRemarksEnabled(M))
     PA = InlineRecursionPass(Level).run(M, MAM);
   else if (!runObserved(M,

@@ -26,6 +26,8 @@ public:
   struct Followers {
     bool RingInlining = false;
     bool Auto = false;
+    /// Not only of what is told, but also of what is counted.
+    bool Summary = false;
   };
 
   /// \p Level is 0 to 4; 0 leaves it to `inline-recursion-opt-level`.

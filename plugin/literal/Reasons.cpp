@@ -2,6 +2,7 @@
 
 #include "plugin/literal/Reasons.h"
 #include "host/DirectCalls.h"
+#include "host/InliningPlan.h"
 #include "host/RecursionDepthEstimator.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/PassOption.h"
@@ -9,6 +10,7 @@
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
+#include "llvm/IR/Module.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -18,7 +20,7 @@ std::optional<Verdict> llvm::inlinerecursion::judgeFilter(const Function &F) {
   if (const ProtectionReason *Protection = getProtection(F))
     return refuse(Protection->Name) << Protection->Text;
   if (hasCloneMark(F))
-    return refuse("AlreadyChained") << "it was chained before";
+    return refuse(AlreadyChained) << "it was chained before";
   if (F.hasOptNone())
     return refuse("OptNone") << "it is not to be optimised (optnone)";
   if (F.doesNotRecurse())
@@ -147,6 +149,7 @@ Verdict llvm::inlinerecursion::judgeCosting(
            << NV("Limit", CloneLimit) << " per module";
 
   Verdict V = accept("Chained");
+  V.Growth = uint64_t(Depth) * getCodeSize(*Costing.F);
   V << NV("Shape", "chain") << " of " << NV("Copies", Depth)
     << (Depth == 1 ? " copy" : " copies") << " at level "
     << NV("Level", Costing.OptLevel);
@@ -172,12 +175,27 @@ Verdict llvm::inlinerecursion::explainRefusedRing(const Function &F) {
          << NV("Limit", getPassOption(LongestRingOption)) << " values";
 }
 
+/// The instructions of all that was made of the origin of \p Ring.
+static uint64_t measureRing(const CloneChain &Ring) {
+  uint64_t Size = 0;
+  for (const Function *Copy : Ring.Copies)
+    Size += getCodeSize(*Copy);
+  const std::string Specialized =
+      (Ring.Origin->getName() + SpecializedSuffix + ".").str();
+  for (const Function &F : *Ring.Origin->getParent())
+    if (F.getName().startswith(Specialized))
+      Size += getCodeSize(F);
+  return Size;
+}
+
 Verdict llvm::inlinerecursion::describeRing(const CloneChain &Ring) {
   const StringRef Asked =
       Ring.Origin->getFnAttribute(Request).getValueAsString();
-  return accept("Chained") << NV("Shape", "ring") << " of "
-                           << NV("Copies", unsigned(Ring.Copies.size()))
-                           << (Ring.Copies.size() == 1 ? " copy" : " copies")
-                           << (Asked == FoundRequest ? ", without being asked"
-                                                     : ", as requested");
+  Verdict V = accept("Chained");
+  V.Growth = measureRing(Ring);
+  V << NV("Shape", "ring") << " of "
+    << NV("Copies", unsigned(Ring.Copies.size()))
+    << (Ring.Copies.size() == 1 ? " copy" : " copies")
+    << (Asked == FoundRequest ? ", without being asked" : ", as requested");
+  return V;
 }

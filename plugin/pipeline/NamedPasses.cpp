@@ -16,6 +16,7 @@
 #include "plugin/loops/LoopHints.h"
 #include "plugin/pipeline/Parameters.h"
 #include "plugin/pipeline/Pipeline.h"
+#include "plugin/tell/Summary.h"
 #include "llvm/Passes/PassBuilder.h"
 #include "llvm/Support/WithColor.h"
 #include "llvm/Transforms/Scalar/LoopPassManager.h"
@@ -84,6 +85,7 @@ static const NamedPass<ModulePassManager> ModulePasses[] = {
     {AutoName, AutoPass::name(), LimitsOnly, addWithLimits<AutoPass>},
     {BehindInlinerName, BehindInlinerPass::name(), LimitsOnly,
      addWithLimits<BehindInlinerPass>},
+    {SummaryName, SummaryPass::name(), NoParameters, add<SummaryPass>},
     {PipelineName, "", AllParameters, addWholePipeline},
 };
 

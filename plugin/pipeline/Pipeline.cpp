@@ -13,6 +13,7 @@
 #include "plugin/loops/EarlySums.h"
 #include "plugin/loops/LoopHints.h"
 #include "plugin/pipeline/Parameters.h"
+#include "plugin/tell/Summary.h"
 #include "llvm/Passes/OptimizationLevel.h"
 #include "llvm/Passes/PassBuilder.h"
 #include "llvm/Support/CommandLine.h"
@@ -40,12 +41,15 @@ void llvm::inlinerecursion::addPipeline(ModulePassManager &MPM,
   MPM.addPass(RequestsPass(Parameters.FindRequests));
   MPM.addPass(ProtectionPass());
   MPM.addPass(
-      PluginPass(Parameters.Level, {/*RingInlining=*/true, Parameters.Auto}));
+      PluginPass(Parameters.Level, {/*RingInlining=*/true, Parameters.Auto,
+                                    /*Summary=*/true}));
   MPM.addPass(RingInliningPass());
   if (Parameters.Auto)
     MPM.addPass(AutoPass(Parameters.Limits, SecondLookFollows));
   MPM.addPass(CallRepairPass());
   MPM.addPass(ChainLoopsPass());
+  if (!SecondLookFollows)
+    MPM.addPass(SummaryPass());
 }
 
 void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
@@ -67,6 +71,7 @@ void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
         MPM.addPass(DiscardedProfilesPass());
         if (Parameters.Auto)
           MPM.addPass(BehindInlinerPass(Parameters.Limits, Level));
+        MPM.addPass(SummaryPass());
       });
   PB.registerLateLoopOptimizationsEPCallback(
       [](LoopPassManager &LPM, OptimizationLevel) {

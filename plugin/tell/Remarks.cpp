@@ -2,6 +2,8 @@
 
 #include "plugin/tell/Remarks.h"
 #include "plugin/ir/Names.h"
+#include "plugin/tell/Summary.h"
+#include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
 #include "llvm/IR/DebugInfoMetadata.h"
@@ -45,12 +47,20 @@ void llvm::inlinerecursion::emitAnalysis(
   ORE.emit(Remark);
 }
 
+/// Puts the reason in \p V, and what can be done about it, into \p Remark.
+template <typename RemarkT>
+static void appendReason(RemarkT &Remark, const Verdict &V) {
+  for (const Verdict::Argument &Piece : V.Message)
+    Remark << Piece;
+  if (!V.Remedy.empty())
+    Remark << "; " << ore::NV("Remedy", V.Remedy);
+}
+
 template <typename RemarkT>
 static RemarkT buildRemark(Function &F, const Verdict &V, StringRef Outcome) {
   RemarkT Remark(RemarkPassName, V.Name, &F);
   Remark << "'" << ore::NV("Callee", &F) << "' " << Outcome;
-  for (const Verdict::Argument &Piece : V.Message)
-    Remark << Piece;
+  appendReason(Remark, V);
   return Remark;
 }
 
@@ -72,8 +82,7 @@ void llvm::inlinerecursion::warnAboutRequest(Function &F, const Verdict &Why) {
                                             &F.getEntryBlock());
   Warning << "the ring of copies that '" << ore::NV("Callee", &F)
           << "' asks for is not built: ";
-  for (const Verdict::Argument &Piece : Why.Message)
-    Warning << Piece;
+  appendReason(Warning, Why);
   F.getContext().diagnose(Warning);
 }
 
@@ -97,10 +106,16 @@ void llvm::inlinerecursion::tellDiscardedProfile(Function &F,
       F.getParent()->getName().data(), Warning, DS_Warning));
 }
 
-void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V) {
+void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V,
+                                       bool IsPart) {
+  countDecision(F, V, IsPart);
   OptimizationRemarkEmitter ORE(&F);
   if (V.Accepted) {
     auto Remark = buildRemark<OptimizationRemark>(F, V, "rebuilt as a ");
+    if (none_of(V.Message, [](const Verdict::Argument &Piece) {
+          return Piece.Key == "Growth";
+        }))
+      Remark << ore::setExtraArgs() << ore::NV("Growth", V.Growth);
     ORE.emit(Remark);
   } else {
     auto Remark = buildRemark<OptimizationRemarkMissed>(F, V, "not chained: ");

@@ -7,6 +7,10 @@
 /// those that were costed, and why the pass itself refused what the automatic
 /// policy decided about in the end.
 ///
+/// Where the user can do something about a refusal, the remark ends with it.
+/// What a record holds beside the text: the growth, where the text does not say
+/// it, as "Growth".
+///
 //===----------------------------------------------------------------------===//
 
 #ifndef INLINERECURSION_PLUGIN_TELL_REMARKS_H
@@ -39,8 +43,10 @@ void warnAboutRequest(Function &F, const Verdict &Why);
 /// inline functions differ between files by nature.
 void tellDiscardedProfile(Function &F, StringRef Origin);
 
-/// Tells what was decided about \p F, at its location in the source.
-void emitRemark(Function &F, const Verdict &V);
+/// Tells what was decided about \p F, at its location in the source, and has
+/// it counted for the summary.  \p IsPart: F is part of a function that was
+/// told about, and counts as that.
+void emitRemark(Function &F, const Verdict &V, bool IsPart = false);
 
 } // namespace inlinerecursion
 } // namespace llvm

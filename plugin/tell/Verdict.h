@@ -11,6 +11,7 @@
 #define INLINERECURSION_PLUGIN_TELL_VERDICT_H
 
 #include "llvm/ADT/SmallVector.h"
+#include "llvm/ADT/StringRef.h"
 #include "llvm/IR/DiagnosticInfo.h"
 #include <string>
 
@@ -26,6 +27,11 @@ struct Verdict {
   StringRef Name;
   /// The reason as half a sentence, with the numbers as named values.
   SmallVector<Argument, 6> Message;
+  /// What the user can do about a refusal, in a few words; empty where nothing
+  /// helps, or what would help is no gain.
+  StringRef Remedy;
+  /// What is added to the module, more or less (instructions).
+  uint64_t Growth = 0;
 
   Verdict(bool Accepted, StringRef Name) : Accepted(Accepted), Name(Name) {}
 
@@ -42,8 +48,15 @@ struct Verdict {
   std::string str() const;
 };
 
+/// The name of a refusal that is no news: an earlier run has built something.
+constexpr StringLiteral AlreadyChained = "AlreadyChained";
+
 /// The decision to leave a function as it is, for the reason \p Name.
-inline Verdict refuse(StringRef Name) { return {/*Accepted=*/false, Name}; }
+inline Verdict refuse(StringRef Name, StringRef Remedy = "") {
+  Verdict V(/*Accepted=*/false, Name);
+  V.Remedy = Remedy;
+  return V;
+}
 
 /// The decision to rebuild a function.
 inline Verdict accept(StringRef Name) { return {/*Accepted=*/true, Name}; }
