@@ -94,6 +94,7 @@ private:
   void addCandidate(Function &F, bool IsRest);
   void rethink(Candidate &C);
   void forgetAround(const Function &F);
+  StringRef findRemedy(uint64_t Growth) const;
   Plan planWithin(const Trial &Tried, uint64_t Share) const;
   bool takeTurn(Candidate &C, GrowthBudget &Budget);
   void buildPlan(Candidate &C, Function &F, const Plan &Granted);
@@ -163,6 +164,14 @@ void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidates.push_back(std::move(C));
 }
 
+/// What makes room in the module for a growth of \p Growth instructions?
+StringRef AutoRun::findRemedy(uint64_t Growth) const {
+  const bool IsBelowO3 = Limits.ModuleGrowth == getBoundsBelowO3().ModuleGrowth;
+  if (IsBelowO3 && Growth <= getDefaultBounds().ModuleGrowth)
+    return "compile with -O3";
+  return "raise -inlinerecursion-auto-module-growth";
+}
+
 /// What is built of the subject of \p Tried with a growth of at most \p Share;
 /// nothing if that is too little.
 Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
@@ -175,7 +184,7 @@ Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
   Plan Smaller = makePlan(Tried.getFacts(), Rest);
   if (Smaller.Kind != Plan::Nothing && Smaller.Growth <= Share)
     return Smaller;
-  return Plan(refuse(NoRoom)
+  return Plan(refuse(NoRoom, findRemedy(Wanted.Growth))
               << "a " << getShapeName(Wanted.Kind) << " of it would add "
               << NV("Growth", Wanted.Growth)
               << " instructions, and the module may not grow by more than "

@@ -218,7 +218,8 @@ static bool isCold(const Function &F) {
 static const ProtectionReason Hazards[] = {
     {"NotWanted", "its source wants no copies of it (INLINERECURSION_NONE)",
      isNotWanted},
-    {"Interposable", "another definition may take its place", isInterposable},
+    {"Interposable", "another definition may take its place", isInterposable,
+     "make it static"},
     {"LocalInComdat",
      "it is local to a comdat group, which the linker may discard",
      isLocalInComdat},
@@ -232,34 +233,36 @@ static const ProtectionReason Hazards[] = {
     {"DataAtEntry", "data stands in front of its code or at its entry",
      hasDataAtEntry},
     {"BlockAddress", "the address of one of its labels is taken",
-     hasBlockAddress},
+     hasBlockAddress, "use a switch in place of the computed goto"},
     {"MustTail", "a call of it must be a tail call (musttail)",
      hasMustTailCall},
     {"OperandBundle", "a call of it carries an operand bundle",
      hasCallWithBundle},
     {"CallAlignment",
      "a call aligns an argument in memory more than the function asks for",
-     hasAlignmentOfCall},
+     hasAlignmentOfCall, "pass it by pointer"},
     {"EscapedFrame", "other functions reach its local variables (localescape)",
      hasEscapedFrame},
-    {"AsmLabel", "inline assembly in it defines a symbol", hasAsmLabel},
+    {"AsmLabel", "inline assembly in it defines a symbol", hasAsmLabel,
+     "use numeric labels, or %= in their names"},
     {"NoDuplicate", "it, or a call in it, must not be duplicated",
      isNotDuplicable},
     {"TooLarge",
      "it has more instructions than inlinerecursion-max-function-size allows",
-     isTooLarge},
+     isTooLarge, "raise -inlinerecursion-max-function-size"},
     {"LargeFrame",
      "its local variables take more stack than "
      "inlinerecursion-max-frame-size allows",
-     hasLargeFrame},
+     hasLargeFrame, "keep large variables elsewhere"},
 };
 
 static const ProtectionReason Wishes[] = {
     {"NoInline", "it, or a call of it, is not to be inlined (noinline)",
-     isNotToBeInlined},
+     isNotToBeInlined, "remove noinline"},
     // Clang optimises cold functions for size, too.
-    {"Cold", "it is rarely called (cold)", isCold},
-    {"OptimisedForSize", "it is to be optimised for size", isOptimisedForSize},
+    {"Cold", "it is rarely called (cold)", isCold, "remove cold"},
+    {"OptimisedForSize", "it is to be optimised for size", isOptimisedForSize,
+     "compile it with -O2 or -O3"},
 };
 
 ArrayRef<ProtectionReason> llvm::inlinerecursion::getHazards() {

@@ -2,7 +2,8 @@
 //
 /// \file
 /// Two tables of reasons to keep a function away from the pass: one predicate,
-/// one half of a sentence and one comment each.
+/// one half of a sentence and one comment each, and where the user can do
+/// something about it, what that is.
 ///
 /// Hazards hold always: what the pass does, taken literally, would break the
 /// program or the machine's stack.  Wishes are what the source says about the
@@ -35,6 +36,9 @@ struct ProtectionReason {
   /// Half a sentence about the function.
   StringLiteral Text;
   bool (*Holds)(const Function &F);
+  /// What the user can do about it, in a few words; empty where nothing helps,
+  /// or what would help is not in his hands.
+  StringLiteral Remedy = "";
 };
 
 ArrayRef<ProtectionReason> getHazards();

@@ -79,7 +79,7 @@ PreservedAnalyses ProtectionPass::run(Module &M, ModuleAnalysisManager &) {
     if (F.hasFnAttribute(Request))
       withdrawLargeRequest(F);
     if (const ProtectionReason *Reason = findProtection(F)) {
-      warnAboutRequest(F, refuse(Reason->Name) << Reason->Text);
+      warnAboutRequest(F, refuse(Reason->Name, Reason->Remedy) << Reason->Text);
       protect(F, *Reason);
     } else {
       markOrigin(F);

@@ -64,7 +64,8 @@ void llvm::inlinerecursion::withdrawLargeRequest(Function &F) {
   const uint64_t Size = estimateRingSize(F, Copies);
   if (Size <= MaxRingSize)
     return;
-  Verdict V = refuse("RequestWithdrawn");
+  Verdict V =
+      refuse("RequestWithdrawn", "raise -inlinerecursion-max-ring-size");
   V << "request withdrawn, a ring of " << NV("Copies", Copies)
     << " copies would have " << NV("Instructions", Size)
     << " instructions, more than " << NV("Limit", unsigned(MaxRingSize));

@@ -18,15 +18,19 @@ using ore::NV;
 
 std::optional<Verdict> llvm::inlinerecursion::judgeFilter(const Function &F) {
   if (const ProtectionReason *Protection = getProtection(F))
-    return refuse(Protection->Name) << Protection->Text;
+    return refuse(Protection->Name, Protection->Remedy) << Protection->Text;
   if (hasCloneMark(F))
     return refuse(AlreadyChained) << "it was chained before";
   if (F.hasOptNone())
-    return refuse("OptNone") << "it is not to be optimised (optnone)";
+    return refuse("OptNone", "remove optnone")
+           << "it is not to be optimised (optnone)";
   if (F.doesNotRecurse())
     return refuse("NoRecurse") << "it is marked as not recursive (norecurse)";
   return std::nullopt;
 }
+
+/// The level that takes every function with one plain self call.
+static constexpr StringLiteral AtLevel3 = "use -inline-recursion-opt-level=3";
 
 /// Levels 1 and 2 are limits on the same three counts.
 static Verdict
@@ -34,14 +38,14 @@ explainSize(const InlineRecursion::InlineRecursionCosting &Costing,
             unsigned MaxInsts, unsigned MaxBranches, unsigned MinCalls,
             unsigned MaxCalls) {
   if (Costing.NumOfInsts > MaxInsts)
-    return refuse("TooManyInstructions")
+    return refuse("TooManyInstructions", AtLevel3)
            << "it has " << NV("Instructions", Costing.NumOfInsts)
            << " instructions, more than " << NV("Limit", MaxInsts);
   if (Costing.NumOfBranches > MaxBranches)
-    return refuse("TooManyBranches")
+    return refuse("TooManyBranches", AtLevel3)
            << "it has " << NV("Branches", Costing.NumOfBranches)
            << " branches, more than " << NV("Limit", MaxBranches);
-  return refuse("WrongNumberOfCalls")
+  return refuse("WrongNumberOfCalls", AtLevel3)
          << "it makes " << NV("Calls", Costing.NumOfFunctionCalls)
          << " calls, not " << NV("AtLeast", MinCalls) << " to "
          << NV("AtMost", MaxCalls);
@@ -73,7 +77,7 @@ explainDefaultFlow(InlineRecursion::InlineRecursionCosting &Costing) {
   }
   const unsigned Threshold = getPassOption("default-recursion-depth-threshold");
   if (Depth->getAPInt().getZExtValue() > Threshold)
-    return refuse("TooDeep")
+    return refuse("TooDeep", "raise -default-recursion-depth-threshold")
            << "its recursion is "
            << NV("Depth", Depth->getAPInt().getZExtValue())
            << " activations deep, more than " << NV("Limit", Threshold);
@@ -83,7 +87,9 @@ explainDefaultFlow(InlineRecursion::InlineRecursionCosting &Costing) {
     return refuse("NotOneArgument")
            << "it has " << NV("Arguments", unsigned(F->arg_size()))
            << " arguments, not exactly one";
-  return refuse("TooLittleBenefit")
+  return refuse("TooLittleBenefit", Estimate->Benefit > 0
+                                        ? "lower -inline-recursion-profitablity"
+                                        : "")
          << "a constant argument would save "
          << NV("Benefit", unsigned(Estimate->Benefit))
          << " instructions, not more than " << NV("Limit", Estimate->Limit);
@@ -93,7 +99,7 @@ explainDefaultFlow(InlineRecursion::InlineRecursionCosting &Costing) {
 static Verdict
 explainRefusal(InlineRecursion::InlineRecursionCosting &Costing) {
   if (!Costing.IsRecursiveFunction)
-    return refuse("NoPlainSelfCall")
+    return refuse("NoPlainSelfCall", "declare it noexcept")
            << "it calls itself only by invoke, never by a plain call";
   if (Costing.NumOfRecursiveCalls != 1)
     return refuse("SeveralSelfCalls")
@@ -114,7 +120,8 @@ explainRefusal(InlineRecursion::InlineRecursionCosting &Costing) {
   const unsigned MaxInModule =
       getPassOption("inline-recursion-max-callsite-mod");
   if (Costing.NumOfCandidateFunCallSiteInMod > MaxInModule)
-    return refuse("TooManyCallSites")
+    return refuse("TooManyCallSites",
+                  "raise -inline-recursion-max-callsite-mod")
            << "it is called from "
            << NV("CallSites", Costing.NumOfCandidateFunCallSiteInMod)
            << " places in the module, more than " << NV("Limit", MaxInModule);
@@ -124,7 +131,8 @@ explainRefusal(InlineRecursion::InlineRecursionCosting &Costing) {
                       [MaxInCaller](const auto &CallerAndCount) {
                         return CallerAndCount.second > MaxInCaller;
                       });
-  return refuse("TooManyCallSitesInCaller")
+  return refuse("TooManyCallSitesInCaller",
+                "raise -inline-recursion-max-callsite-fun")
          << "it is called from " << NV("CallSites", Over->second)
          << " places in '" << NV("Caller", Over->first) << "', more than "
          << NV("Limit", MaxInCaller);
@@ -143,7 +151,7 @@ Verdict llvm::inlinerecursion::judgeCosting(
   const unsigned Depth = getPassOption(DepthOption);
   const unsigned CloneLimit = getPassOption(CloneLimitOption);
   if (Depth + CloneCount > CloneLimit)
-    return refuse("CloneLimit")
+    return refuse("CloneLimit", "raise -maximum-clone-limit-inline-recursion")
            << NV("Depth", Depth) << " more copies on top of "
            << NV("CloneCount", CloneCount) << " would exceed the limit of "
            << NV("Limit", CloneLimit) << " per module";
@@ -165,11 +173,11 @@ Verdict llvm::inlinerecursion::explainRefusedRing(const Function &F) {
   if (std::optional<Verdict> Filtered = judgeFilter(F))
     return *Filtered;
   if (F.hasFnAttribute(EligibleMark))
-    return refuse("CloneLimit")
+    return refuse("CloneLimit", "raise -maximum-clone-limit-inline-recursion")
            << "the ring that it requests would exceed the limit of "
            << NV("Limit", getPassOption(CloneLimitOption))
            << " copies per module";
-  return refuse("NoRemainder")
+  return refuse("NoRemainder", "begin it with one by 2, 4 or 8")
          << "its entry block takes no remainder of an argument by a constant "
             "that is known to have at most "
          << NV("Limit", getPassOption(LongestRingOption)) << " values";

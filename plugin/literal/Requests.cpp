@@ -144,7 +144,7 @@ static std::optional<Verdict> judgeRequest(Function &F,
            << "request withdrawn, the loop around its self call is worth more "
               "unrolled";
   if (SelfCalls.size() > MaxSelfCallsOfOpenRing && !hasConstantEntry(F))
-    return refuse("RequestWithdrawn")
+    return refuse("RequestWithdrawn", "start it with a constant")
            << "request withdrawn, it calls itself in "
            << ore::NV("SelfCalls", unsigned(SelfCalls.size()))
            << " places, more than " << ore::NV("Limit", MaxSelfCallsOfOpenRing)

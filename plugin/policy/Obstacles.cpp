@@ -248,6 +248,21 @@ static bool isLarge(const Facts &Known, const Bounds &, Verdict &Why) {
   return true;
 }
 
+/// Which limit keeps a ring from being built that would fit otherwise?  None
+/// does where the frame is what is too large.
+static StringRef findRaisableLimit(const Facts &Known, const Bounds &Limits) {
+  auto FitsInto = [&](unsigned FunctionGrowth) {
+    Bounds Larger = Limits;
+    Larger.Copies = std::min(Limits.Copies, 2u);
+    Larger.FunctionGrowth = FunctionGrowth;
+    return fitRing(Known, Larger).Copies != 0;
+  };
+  if (Limits.FunctionGrowth == getBoundsBelowO3().FunctionGrowth &&
+      FitsInto(getDefaultBounds().FunctionGrowth))
+    return "compile with -O3";
+  return FitsInto(~0u) ? "raise -inlinerecursion-auto-function-growth" : "";
+}
+
 // Two copies would already be too many.
 static bool isTooLargeForTwo(const Facts &Known, const Bounds &Limits,
                              Verdict &Why) {
@@ -260,6 +275,7 @@ static bool isTooLargeForTwo(const Facts &Known, const Bounds &Limits,
       << " self calls, would take more than "
       << NV("Limit", Limits.FunctionGrowth) << " instructions or "
       << NV("FrameLimit", MaxFusedFrame) << " bytes";
+  Why.Remedy = findRaisableLimit(Known, Limits);
   return true;
 }
 
@@ -271,11 +287,14 @@ static constexpr unsigned BesideRing = OfferChain | OfferLeaves;
 static constexpr unsigned InPlaceOfRing = BesideRing | OfferLeavesAlone;
 
 static constexpr Obstacle Obstacles[] = {
-    {"AutoNeverEntered", OfferNothing, false, isNeverEntered},
+    {"AutoNeverEntered", OfferNothing, false, isNeverEntered,
+     "profile a run that enters it"},
     {"AutoNeverReturns", OfferNothing, false, neverReturns},
-    {"AutoVariableArguments", OfferNothing, false, isVariadic},
-    {"AutoReturnsTwice", OfferNothing, false, callsSetjmp},
-    {"AutoByValue", OfferNothing, false, takesByValue},
+    {"AutoVariableArguments", OfferNothing, false, isVariadic,
+     "take a va_list in place of them"},
+    {"AutoReturnsTwice", OfferNothing, false, callsSetjmp,
+     "call setjmp outside of it"},
+    {"AutoByValue", OfferNothing, false, takesByValue, "pass it by pointer"},
     {"AutoLoop", OfferNothing, false, isLoopAnyway},
     {"AutoSelfCalls", OfferSplit, false, hasManySelfCalls},
     {"AutoDeclined", OfferNothing, false, isDeclined},
@@ -284,9 +303,11 @@ static constexpr Obstacle Obstacles[] = {
     {"AutoWorkInLoop", OfferChain, false, worksInLoop},
     {"AutoPathInLoops", OfferChain, false, isPathInLoops},
     {"AutoOtherCalls", OfferChain, false, makesOtherCalls},
-    {"AutoNoTest", InPlaceOfRing | OfferSplit, true, isUntested},
+    {"AutoNoTest", InPlaceOfRing | OfferSplit, true, isUntested,
+     "test first whether there is anything to do"},
     {"AutoUnrolledLoop", InPlaceOfRing, false, losesUnrolling},
-    {"AutoNoTest", InPlaceOfRing, true, isLargeAndUntested},
+    {"AutoNoTest", InPlaceOfRing, true, isLargeAndUntested,
+     "test first whether there is anything to do"},
     {"AutoLargeBody", BesideRing, false, isLarge},
     {"AutoTooLarge", BesideRing, false, isTooLargeForTwo},
 };

@@ -46,6 +46,10 @@ struct Obstacle {
   bool MayGoAway;
   /// Does it hold?  If so, the reason is appended as half a sentence.
   bool (*Holds)(const Facts &Known, const Bounds &Limits, Verdict &Why);
+  /// What the user can do about it, in a few words; empty where nothing helps,
+  /// where what would help loses elsewhere, and where the reason says it for
+  /// the case at hand.
+  StringLiteral Remedy = "";
 };
 
 /// All of them, in the order in which they are asked.

@@ -27,7 +27,7 @@ Plan llvm::inlinerecursion::makePlan(const Facts &Known, const Bounds &Limits) {
   // Without an obstacle there is a ring at least.
   Plan Refused(refuse(""));
   for (const Obstacle &InTheWay : getObstacles()) {
-    Verdict Why = refuse(InTheWay.Name);
+    Verdict Why = refuse(InTheWay.Name, InTheWay.Remedy);
     if (!InTheWay.Holds(Known, Limits, Why))
       continue;
     Open = InTheWay.Open;

@@ -5,7 +5,7 @@
 
 ; CHECK: remark: <unknown>:0:0: 'ring' rebuilt as a ring of 4 copies, as requested
 ; CHECK-NEXT: remark: <unknown>:0:0: 'one' rebuilt as a ring of 1 copy, as requested
-; CHECK-NEXT: remark: <unknown>:0:0: 'refused' not chained: the ring that it requests would exceed the limit of 5 copies per module
+; CHECK-NEXT: remark: <unknown>:0:0: 'refused' not chained: the ring that it requests would exceed the limit of 5 copies per module; raise -maximum-clone-limit-inline-recursion
 ; BUILT: remark: <unknown>:0:0: 'ring' rebuilt as a ring of 4 copies, as requested
 ; BUILT-NEXT: remark: <unknown>:0:0: 'one' rebuilt as a ring of 1 copy, as requested
 

@@ -6,7 +6,7 @@
 ; WARNING: warning: {{.*}}the ring of copies that 'three' asks for is not built: request withdrawn, it calls itself in 3 places
 
 ; REMARK: remark: <unknown>:0:0: {{.*}}'short_loop'{{.*}}: request withdrawn, the loop around its self call is worth more unrolled
-; REMARK: remark: <unknown>:0:0: {{.*}}'three'{{.*}}: request withdrawn, it calls itself in 3 places, more than 2, and no constant enters it from outside
+; REMARK: remark: <unknown>:0:0: {{.*}}'three'{{.*}}: request withdrawn, it calls itself in 3 places, more than 2, and no constant enters it from outside; start it with a constant
 
 declare void @use(i32)
 

@@ -4,7 +4,8 @@ Usage: check_reference.py ROOT OPT PLUGIN
 
 Options and defaults are read from the sources (every cl::opt there), passes and
 parameters are tried out with opt. Each obstacle of the automatic policy has to stand
-in the user guide, and to have a test in tests/negative that is named after it. Prints
+in the user guide, and to have a test in tests/negative that is named after it; what the
+remarks say that helps stands in the tables of the guide and of docs/hazards.md. Prints
 one line per difference, and how much was compared; exit status 1 on any difference.
 """
 
@@ -101,6 +102,43 @@ for name in sorted(obstacles):
     test = "-".join(re.findall(r"[A-Z][a-z]*", name)).lower()
     if not (root / "tests/negative" / f"{test}.ll").exists():
         differences.append(f"obstacle {name}: no tests/negative/{test}.ll")
+
+def read_remedies(path):
+    """What helps against each reason in a table of reasons: {name: words}."""
+    text = (root / path).read_text()
+    remedies = {}
+    for name, rest in re.findall(r'^    \{"(\w+)",(.*?)\},$', text, re.M | re.S):
+        # Behind the predicate, which is the last word that is no string.
+        behind = re.split(r",\s*[a-z]\w*[a-z](?=,|$)", rest)
+        remedies[name] = "".join(re.findall(r'"([^"]*)"', behind[-1] if len(behind) > 1 else ""))
+    return remedies
+
+
+def documented_remedies(text):
+    """The same from the rows of a page, whose third column they are."""
+    rows = re.findall(r"^\|(.*?)\| `?(.*?)`? \|(.*?)\|", text, re.M)
+    found = {}
+    for first, second, third in rows:
+        for name in re.findall(r"`(Auto\w+)`", first) or [second]:
+            found[name] = third.strip().replace("`", "")
+    return found
+
+
+remedies = read_remedies("plugin/policy/Obstacles.cpp")
+# These say what helps for the case at hand.
+sources = "".join((root / path).read_text() for path in (
+    "plugin/policy/Obstacles.cpp", "plugin/automatic/AutoPass.cpp"))
+for name in ("AutoTooLarge", "AutoModuleGrowth"):
+    told = documented_remedies(guide).get(name, "")
+    if told and all(f'"{part}"' in sources for part in told.split(", or ")):
+        remedies[name] = told
+    else:
+        differences.append(f"what helps against {name}: documented {told}, not in the code")
+told = documented_remedies(guide)
+compare("what helps against", {name: told.get(name) for name in remedies}, remedies)
+remedies = read_remedies("plugin/legality/Hazards.cpp")
+told = documented_remedies((root / "docs" / "hazards.md").read_text())
+compare("what helps against", {name: told.get(name) for name in remedies}, remedies)
 
 # The first for a test that reads the output, the second for whoever looks why.
 print("\n".join(differences), file=sys.stderr)
