@@ -54,13 +54,14 @@ work on. The plugin is loaded by clang, flang, opt and lld of LLVM ${LLVM_VERSIO
 clang-${LLVM_VERSION_MAJOR} --config=inlinerecursion.cfg -O3 program.c
 .
 With it come configuration files, a CMake package, the library for compilers
-that link the pass, headers, documentation and examples.")
+that link the pass, headers, documentation, examples and inlinerecursion-report,
+which shows what the plugin did to a whole program.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-  "libc6, libgcc-s1, libllvm${LLVM_VERSION_MAJOR}, libstdc++6")
+  "libc6, libgcc-s1, libllvm${LLVM_VERSION_MAJOR}, libstdc++6, python3, python3-yaml")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS clang-${LLVM_VERSION_MAJOR})
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS
-  "cmake, flang-${LLVM_VERSION_MAJOR}, lld-${LLVM_VERSION_MAJOR}, llvm-${LLVM_VERSION_MAJOR}")
+  "cmake, flang-${LLVM_VERSION_MAJOR}, graphviz, lld-${LLVM_VERSION_MAJOR}, llvm-${LLVM_VERSION_MAJOR}")
 include(CPack)

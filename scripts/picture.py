@@ -2,10 +2,14 @@
 
 For each function that was rebuilt there is one row: on the left the function that
 calls itself, on the right its copies, in a line with the function at its end (a
-chain) or in a circle beside it (a ring). Only direct calls that the pass rewired
-are drawn; callers outside are one box.
+chain), in a circle beside it or behind it (a ring), or in a line that ends (a leaf
+chain). Only direct calls that the pass rewired are drawn; callers outside are one box.
+
+What is drawn has a name (function), a shape and a number of copies; where it is
+automatic, the function enters its ring itself.
 """
 
+import re
 import subprocess
 
 BEFORE, COPY, ORIGIN = "#d0d0d0", "#a8d5a2", "#f3d08b"
@@ -25,22 +29,42 @@ def draw_before(number, function):
     ]
 
 
+def links_after(entry, caller, origin, names):
+    """Who calls whom once the copies are there, without the link that closes a ring."""
+    if entry.shape == "leaf chain":
+        # The function goes on as it did, and enters the leaves near the end.
+        ways = [[caller, origin], [origin, origin], [origin, *names]]
+    elif entry.shape == "split":
+        ways = [[caller, origin], [origin, origin]]
+    elif entry.shape.endswith("ring"):
+        # A ring of a level is entered by the callers, one of the policy by what is
+        # left of the function.
+        automatic = getattr(entry, "automatic", False)
+        ways = [[caller, origin, *names]] if automatic else [
+            [caller, *names], [origin, origin]]
+    else:
+        ways = [[caller, *names, origin], [origin, origin]]
+    return [pair for way in ways for pair in zip(way, way[1:])]
+
+
 def draw_after(number, entry):
-    copies, ring = int(entry.copies), entry.shape == "ring"
+    copies = int(entry.copies)
     caller, origin = f"a{number}_caller", f"a{number}_origin"
     names = [f"a{number}_{index}" for index in range(copies)]
-    title = f"after: {entry.shape} of {copies}"
+    title = f"after: {entry.shape}" + (f" of {copies}" if copies else "")
+    is_split = entry.shape.startswith("split")
+    callers = "callers, work up to the test" if is_split else "callers"
+    left = "rest of " + entry.function if is_split else entry.function
     lines = [
         f"subgraph cluster_after{number} {{ label={quoted(title)};",
-        f"{caller} [label=callers, shape=plaintext];",
-        f"{origin} [label={quoted(entry.function)}, fillcolor={quoted(ORIGIN)}];",
+        f"{caller} [label={quoted(callers)}, shape=plaintext];",
+        f"{origin} [label={quoted(left)}, fillcolor={quoted(ORIGIN)}];",
     ]
     for index, name in enumerate(names):
         lines.append(f'{name} [label="copy {index}", fillcolor={quoted(COPY)}];')
-    links = [caller, *names] + ([] if ring else [origin])
-    lines += [f"{above} -> {below};" for above, below in zip(links, links[1:])]
-    lines.append(f"{origin} -> {origin};")
-    if ring:
+    lines += [f"{above} -> {below};"
+              for above, below in links_after(entry, caller, origin, names)]
+    if entry.shape.endswith("ring"):
         # Without constraint, so that the copies still stand in a line and the
         # closing link is seen to lead back.
         lines.append(f"{names[-1]} -> {names[0]} [constraint=false, penwidth=2];")
@@ -74,3 +98,19 @@ def draw(chained, path):
     except FileNotFoundError:
         return "graphviz is missing: install the Debian package graphviz"
     return done.stderr.strip() if done.returncode else ""
+
+
+def draw_each(chained):
+    """A picture of each one, as SVG to be put into a page; None without graphviz."""
+    pages = "".join(to_dot([entry]) for entry in chained)
+    try:
+        done = subprocess.run(
+            ["dot", "-Tsvg"], input=pages, text=True, capture_output=True
+        )
+    except FileNotFoundError:
+        return None
+    pictures = re.findall(r"<svg.*?</svg>", done.stdout, re.S)
+    if done.returncode or len(pictures) != len(chained):
+        return None
+    # Names that the page has once, and there is a picture for each function.
+    return [re.sub(r' id="[^"]*"', "", picture) for picture in pictures]

@@ -40,6 +40,7 @@ from dataclasses import dataclass, field
 from itertools import zip_longest
 from pathlib import Path
 
+from demangle import demangle
 from picture import draw
 
 HELP = """\
@@ -439,17 +440,6 @@ def parse_record(text):
             )
         )
     return chained
-
-
-def demangle(names):
-    for tool in ("llvm-cxxfilt-16", "c++filt"):
-        if names and shutil.which(tool):
-            done = subprocess.run(
-                [tool], input="\n".join(names), text=True, capture_output=True
-            )
-            if done.returncode == 0:
-                return done.stdout.splitlines()
-    return names
 
 
 def find_chained(compiler):

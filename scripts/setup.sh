@@ -30,7 +30,8 @@ target=${1-}
 # LLVM's shared library brings what LLVM itself is linked with, so none of the
 # libraries behind LLVM's static archives (zstd, libedit, curl) is needed.
 packages=(llvm-16-dev llvm-16-tools clang-16 lld-16 flang-16 libclang-rt-16-dev
-          cmake ninja-build g++ gcc python3 libgtest-dev libgmock-dev graphviz)
+          cmake ninja-build g++ gcc python3 python3-yaml libgtest-dev libgmock-dev
+          graphviz)
 if [[ $all ]]; then
   packages+=(libtool-bin ccache distcc)
   for version in 14 15 19; do

@@ -28,6 +28,9 @@ HOLDS = [
     "usr/lib/cmake/InlineRecursion/InlineRecursionConfig.cmake",
     "usr/lib/cmake/InlineRecursion/InlineRecursionConfigVersion.cmake",
     "usr/include/inlinerecursion/request.h",
+    "usr/bin/inlinerecursion-report",
+    "usr/share/inlinerecursion/picture.py",
+    "usr/share/inlinerecursion/inlinerecursion_report/command.py",
     "usr/share/doc/inlinerecursion-16/README.md",
     "usr/share/doc/inlinerecursion-16/copyright",
     "usr/share/doc/inlinerecursion-16/docs/user-guide.md",
@@ -80,7 +83,8 @@ def check_fields(package):
     about.needs(f"Package: {PACKAGE}\n", "Version: 0.1.0-1\n", "Section: devel\n",
                 "Maintainer: InlineRecursion maintainers <", "Architecture: ",
                 "Recommends: clang-16\n", "flang-16", "Description: LLVM 16 plugin")
-    depends = run("dpkg-deb", "-f", package.path, "Depends").needs("libllvm16")
+    depends = run("dpkg-deb", "-f", package.path, "Depends").needs("libllvm16",
+                                                                 "python3-yaml")
     depends.lacks("clang")
 
 
@@ -109,6 +113,12 @@ def check_unpacked(package):
                   [f"--config-user-dir={beside}", "--config=inlinerecursion.cfg"]):
         run(TOOLS / "clang++", *found, "-O3", "-Rpass=inlinerecursion", "-c", source, "-o",
             package.scratch / "unpacked.o").needs("'_ZL1fi' rebuilt as a ring of 3")
+    run(TOOLS / "clang++", *found, "-O3", "-fsave-optimization-record", "-c", source, "-o",
+        package.scratch / "recorded.o")
+    run(root / "usr/bin/inlinerecursion-report",
+        package.scratch / "recorded.opt.yaml").needs("f(int)", " ring ")
+    if left := list(root.rglob("__pycache__")):
+        raise Failed(f"the report leaves files behind: {left}")
 
 
 @point("bare-name")
@@ -168,6 +178,7 @@ def check_nothing_left(package):
     left = [name for name in package.list_files() if Path("/", name).exists()]
     left += [folder for folder in ("/usr/lib/inlinerecursion", "/usr/lib/cmake/"
                                    "InlineRecursion", f"/usr/share/doc/{PACKAGE}",
+                                   "/usr/share/inlinerecursion",
                                    "/usr/include/inlinerecursion")
              if Path(folder).exists()]
     if left:

@@ -29,6 +29,19 @@ run(Output ${CMAKE_COMMAND} --build ${Scratch}/app)
 expect("flags target" "${Output}" "'fraction' rebuilt as a chain of 7 copies")
 run(Output ${Scratch}/app/fraction 1000)
 
+# What became of it, in the report of the installed copy, whose parts are installed,
+# too.
+run(_ ${CMAKE_COMMAND} -S ${Source}/examples/app -B ${Scratch}/app-recorded -G Ninja
+  -DCMAKE_C_COMPILER=${Tools}/clang -DCMAKE_PREFIX_PATH=${Prefix}
+  -DCMAKE_C_FLAGS=-fsave-optimization-record)
+run(_ ${CMAKE_COMMAND} --build ${Scratch}/app-recorded)
+run(Output ${Prefix}/bin/inlinerecursion-report ${Scratch}/app-recorded)
+expect("report" "${Output}" "fraction +[^ ]*fraction.c:[0-9]+ +chain +7 ")
+run(_ ${Prefix}/bin/inlinerecursion-report --format html
+  -o ${Scratch}/report.html ${Scratch}/app-recorded)
+file(READ ${Scratch}/report.html Output)
+expect("report's page" "${Output}" ">fraction</td>.*<svg")
+
 # With another compiler the configuration says what is wrong, unless the flags are
 # to be ignored then.
 find_program(Gcc gcc REQUIRED)

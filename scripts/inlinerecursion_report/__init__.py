@@ -1,0 +1,1 @@
+"""What the plugin did to a whole program, from the records of its compilation."""

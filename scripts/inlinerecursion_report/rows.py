@@ -1,0 +1,208 @@
+"""Makes rows of remarks: one for each function, whatever number of records has it.
+
+An inline function stands in the records of many objects, and with link-time optimisation
+every function in those of the compiler and the linker. It is the same one if name, file
+and line are the same. Functions without a place (no debug information) are the same only
+within a record.
+"""
+
+import re
+from dataclasses import asdict, dataclass, field
+
+from demangle import demangle
+
+# Behind names: a local function that thin LTO has made visible, and what is left of a
+# function that was taken apart.
+PROMOTED = re.compile(r"\.llvm\.\d+$")
+REST = re.compile(r"\.recurse\.rest(\.\d+)?$")
+
+SORTS = ("file", "function", "growth", "hotness")
+
+
+@dataclass
+class Decision:
+    """What one record says about a function."""
+
+    rebuilt: bool
+    name: str
+    shape: str = ""
+    copies: int = 0
+    growth: int = 0
+    text: str = ""
+    remedy: str = ""
+
+    @property
+    def is_news(self):
+        return self.name != "AlreadyChained"
+
+
+@dataclass
+class Row:
+    function: str
+    symbol: str
+    file: str
+    line: int
+    hotness: int = None
+    records: list = field(default_factory=list)
+    decision: Decision = None
+
+    def __getattr__(self, name):
+        # Pictures and tables ask the row.
+        if name in ("rebuilt", "shape", "copies", "growth", "remedy"):
+            return getattr(self.decision, name)
+        raise AttributeError(name)
+
+    @property
+    def automatic(self):
+        return self.decision.name.startswith("Auto")
+
+    @property
+    def place(self):
+        return f"{self.file}:{self.line}" if self.file else ""
+
+    @property
+    def reason(self):
+        return "" if self.rebuilt else self.decision.text
+
+    def to_json(self):
+        return {
+            "function": self.function,
+            "symbol": self.symbol,
+            "file": self.file,
+            "line": self.line,
+            "rebuilt": self.rebuilt,
+            "name": self.decision.name,
+            "shape": self.shape,
+            "copies": self.copies,
+            "growth": self.growth,
+            "hotness": self.hotness,
+            "reason": self.reason,
+            "remedy": self.remedy,
+            "text": self.decision.text,
+            "records": self.records,
+        }
+
+
+@dataclass
+class Totals:
+    functions: int
+    rebuilt: int
+    left: int
+    growth: int
+
+    def to_json(self):
+        return asdict(self)
+
+
+def decide(remark):
+    """What a remark says, or None if it is no decision."""
+    if remark.kind not in ("Passed", "Missed"):
+        return None
+    rebuilt = remark.kind == "Passed"
+    parts = [(key, value) for key, value in remark.arguments if key != "Remedy"]
+    text = "".join(value for _, value in parts)
+    if rebuilt and parts and parts[-1][0] == "Growth":
+        # It stands behind the text, not in it.
+        text = "".join(value for _, value in parts[:-1])
+    text = text.partition(" rebuilt as a " if rebuilt else " not chained: ")[2] or text
+    remedy = remark.argument("Remedy")
+    return Decision(
+        rebuilt,
+        remark.name,
+        remark.argument("Shape") if rebuilt else "",
+        remark.number("Copies") if rebuilt else 0,
+        remark.number("Growth") if rebuilt else 0,
+        text.removesuffix("; ") if remedy else text,
+        remedy,
+    )
+
+
+def decide_record(record):
+    """The last decision about each function of a record, and where it is."""
+    decided, rests = {}, {}
+    for remark in record.remarks:
+        decision = decide(remark)
+        if not decision:
+            continue
+        symbol = PROMOTED.sub("", remark.function)
+        whole = REST.sub("", symbol)
+        if whole != symbol and decision.rebuilt:
+            rests[whole] = (remark, decision)
+        elif decision.is_news or symbol not in decided:
+            decided[symbol] = (remark, decision)
+    for symbol, (remark, rest) in rests.items():
+        if symbol not in decided:
+            decided[symbol] = (remark, rest)
+            continue
+        whole = decided[symbol][1]
+        whole.shape = f"{whole.shape} and {rest.shape}" if whole.rebuilt else rest.shape
+        whole.rebuilt = True
+        whole.copies = rest.copies
+        whole.growth += rest.growth
+        whole.text += f"; the rest as a {rest.text}"
+    return decided
+
+
+def supersedes(new, old):
+    """Is the decision of a later record to be shown? What has rebuilt a function is."""
+    return new.is_news and (new.rebuilt or not old.rebuilt) or not old.is_news
+
+
+def make_rows(records):
+    rows = {}
+    for record in records:
+        for symbol, (remark, decision) in decide_record(record).items():
+            key = (symbol, remark.file, remark.line,
+                   "" if remark.file else str(record.path))
+            row = rows.setdefault(key, Row(symbol, symbol, remark.file, remark.line))
+            row.records.append(str(record.path))
+            if remark.hotness is not None:
+                row.hotness = max(row.hotness or 0, remark.hotness)
+            if row.decision is None or supersedes(decision, row.decision):
+                row.decision = decision
+    rows = list(rows.values())
+    for row, name in zip(rows, demangle([row.symbol for row in rows])):
+        row.function = name
+    return rows
+
+
+def sort_rows(rows, by):
+    """In the order wished for; the largest number first, and where nothing else
+    decides, as they stand in the sources."""
+    def place(row):
+        return (row.file, row.line, row.function)
+
+    keys = {
+        "file": place,
+        "function": lambda row: (row.function, place(row)),
+        "growth": lambda row: (-row.growth, place(row)),
+        "hotness": lambda row: (row.hotness is None, -(row.hotness or 0), place(row)),
+    }
+    return sorted(rows, key=keys[by])
+
+
+def select_rows(rows, only_rebuilt, only_left, function):
+    """Those that the user wants to see; `function` is a regular expression or None."""
+    return [
+        row for row in rows
+        if not (only_rebuilt and not row.rebuilt)
+        and not (only_left and row.rebuilt)
+        and (not function or function.search(row.function)
+             or function.search(row.symbol))
+    ]
+
+
+def add_up(rows):
+    rebuilt = sum(row.rebuilt for row in rows)
+    return Totals(len(rows), rebuilt, len(rows) - rebuilt,
+                  sum(row.growth for row in rows))
+
+
+def find_modules(records):
+    """What the summaries in the records say, each about one module."""
+    keys = ("Functions", "Rebuilt", "Left", "Growth")
+    return [
+        {"record": str(record.path),
+         **{key.lower(): remark.number(key) for key in keys}}
+        for record in records for remark in record.remarks if remark.name == "Summary"
+    ]
