@@ -71,6 +71,10 @@ config.substitutions += [
      f"{python} {os.path.join(tools, 'compare.py')}"
      f" --bin {config.llvm_tools_dir} --plugin {plugin} --scratch %t.dir"),
 ]
+# What the plugin did to a whole program, from a checkout.
+config.substitutions.append(
+    ("%report", f"{python} "
+     + os.path.join(config.test_source_root, "..", "scripts", "inlinerecursion-report")))
 # The commands of a document, run and compared.
 config.substitutions.append(
     ("%documented",

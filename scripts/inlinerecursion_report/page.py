@@ -19,7 +19,7 @@ th { cursor: pointer; white-space: nowrap; background: #f4f4f4; position: sticky
 th[aria-sort=ascending]::after { content: " \\25B2"; }
 th[aria-sort=descending]::after { content: " \\25BC"; }
 td.number { text-align: right; font-variant-numeric: tabular-nums; }
-td.name { font-family: monospace; overflow-wrap: anywhere; }
+td.name { font-family: monospace; overflow-wrap: break-word; }
 tr.rebuilt td:first-child { border-left: 4px solid #6aa860; }
 tr.left td:first-child { border-left: 4px solid #ccc; }
 p.problem { color: #a00; }
@@ -44,17 +44,12 @@ for (const head of document.querySelectorAll("th"))
   });
 """
 
-# Title, and whether it sorts as a number.
-COLUMNS = (
-    ("Function", False), ("Place", False), ("Shape", False), ("Copies", True),
-    ("Growth", True), ("Hotness", True), ("Records", True), ("Reason", False),
-    ("What helps", False), ("Picture", False),
-)
-
 
 def text_cell(text, kind=""):
     attribute = f' class="{kind}"' if kind else ""
-    return f'<td{attribute} data-key="{escape(text)}">{escape(text)}</td>'
+    # Lines may break behind each folder.
+    shown = escape(text).replace("/", "/<wbr>")
+    return f'<td{attribute} data-key="{escape(text)}">{shown}</td>'
 
 
 def number_cell(number, text=None):
@@ -69,21 +64,43 @@ def picture_cell(row, picture):
             f"</summary>{picture}</details></td>")
 
 
-def make_row(row, picture):
-    return "".join([
-        f'<tr class="{"rebuilt" if row.rebuilt else "left"}">',
-        text_cell(row.function, "name"),
-        text_cell(row.place, "name"),
-        text_cell(row.shape),
-        number_cell(row.copies or None),
-        number_cell(row.growth, f"+{row.growth}") if row.rebuilt else number_cell(None),
-        number_cell(row.hotness),
-        number_cell(len(row.records)),
-        text_cell(row.reason),
-        text_cell(row.remedy),
-        picture_cell(row, picture),
-        "</tr>\n",
-    ])
+# Title, whether it sorts as a number, the cell of a row with a picture or None, and
+# whether a row has anything to show there.
+COLUMNS = (
+    ("Function", False, lambda row, _: text_cell(row.function, "name"),
+     lambda row, _: True),
+    ("Place", False, lambda row, _: text_cell(row.place, "name"),
+     lambda row, _: row.place),
+    ("Shape", False, lambda row, _: text_cell(row.shape), lambda row, _: True),
+    ("Copies", True, lambda row, _: number_cell(row.copies or None),
+     lambda row, _: row.copies),
+    ("Growth", True,
+     lambda row, _: number_cell(row.growth if row.rebuilt else None, f"+{row.growth}"),
+     lambda row, _: row.rebuilt),
+    ("Hotness", True, lambda row, _: number_cell(row.hotness),
+     lambda row, _: row.hotness is not None),
+    ("Records", True, lambda row, _: number_cell(len(row.records)),
+     lambda row, _: len(row.records) > 1),
+    ("Reason", False, lambda row, _: text_cell(row.reason), lambda row, _: row.reason),
+    ("What helps", False, lambda row, _: text_cell(row.remedy),
+     lambda row, _: row.remedy),
+    ("Picture", False, picture_cell, lambda row, picture: picture),
+)
+
+
+def make_table(rows, pictures):
+    """The table without the columns that would be empty."""
+    drawn = [(row, pictures.get(index)) for index, row in enumerate(rows)]
+    columns = [column for column in COLUMNS if any(column[3](*each) for each in drawn)]
+    heads = "".join(
+        f'<th scope="col" data-number="{"yes" if is_number else "no"}">{title}</th>'
+        for title, is_number, _, _ in columns)
+    body = "".join(
+        f'<tr class="{"rebuilt" if row.rebuilt else "left"}">'
+        + "".join(make_cell(row, picture) for _, _, make_cell, _ in columns) + "</tr>\n"
+        for row, picture in drawn)
+    return (f"<table>\n<thead>\n<tr>{heads}</tr>\n</thead>\n"
+            f"<tbody>\n{body}</tbody>\n</table>\n")
 
 
 def find_pictures(rows):
@@ -97,18 +114,12 @@ def find_pictures(rows):
 
 def to_html(rows, totals, records, problems):
     pictures = find_pictures(rows)
-    heads = "".join(
-        f'<th scope="col" data-number="{"yes" if is_number else "no"}">{title}</th>'
-        for title, is_number in COLUMNS)
     notes = [] if pictures is not None else [f"<p>{NO_PICTURES}</p>\n"]
     notes += [f'<p class="problem">{escape(problem)}</p>\n' for problem in problems]
-    body = "".join(make_row(row, (pictures or {}).get(index))
-                   for index, row in enumerate(rows))
     return (
         '<!DOCTYPE html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n'
         f"<title>Recursive functions</title>\n<style>\n{STYLE}</style>\n</head>\n<body>\n"
         f"<h1>Recursive functions</h1>\n<p>{describe_totals(totals, records)}</p>\n"
-        f"{''.join(notes)}<table>\n<thead>\n<tr>{heads}</tr>\n</thead>\n"
-        f"<tbody>\n{body}</tbody>\n</table>\n<script>\n{SCRIPT}</script>\n"
+        f"{''.join(notes)}{make_table(rows, pictures or {})}<script>\n{SCRIPT}</script>\n"
         "</body>\n</html>\n"
     )

@@ -1,9 +1,9 @@
 """Makes rows of remarks: one for each function, whatever number of records has it.
 
 An inline function stands in the records of many objects, and with link-time optimisation
-every function in those of the compiler and the linker. It is the same one if name, file
-and line are the same. Functions without a place (no debug information) are the same only
-within a record.
+every function in those of the compiler and the linker. It is the same one if its name is
+one that C++ has only once in a program, or if name, file and line are the same. Other
+functions without a place (no debug information) are the same only within a record.
 """
 
 import re
@@ -12,9 +12,13 @@ from dataclasses import asdict, dataclass, field
 from demangle import demangle
 
 # Behind names: a local function that thin LTO has made visible, and what is left of a
-# function that was taken apart.
+# function that was taken apart, maybe one that is handed its sum.
 PROMOTED = re.compile(r"\.llvm\.\d+$")
-REST = re.compile(r"\.recurse\.rest(\.\d+)?$")
+REST = re.compile(r"(\.recurse\.(rest|sum)(\.\d+)?)+$")
+# In the names of copies, which a linker may find to be recursive.
+COPY = re.compile(r"\.recurse\.|\.specialized\.")
+# In the names that C++ makes: something that each file may have for itself.
+LOCAL = re.compile(r"^_ZL|^_ZZ|_GLOBAL__N_|\$_")
 
 SORTS = ("file", "function", "growth", "hotness")
 
@@ -104,7 +108,9 @@ def decide(remark):
     if rebuilt and parts and parts[-1][0] == "Growth":
         # It stands behind the text, not in it.
         text = "".join(value for _, value in parts[:-1])
-    text = text.partition(" rebuilt as a " if rebuilt else " not chained: ")[2] or text
+    text = text.partition(" rebuilt as a " if rebuilt else " not chained: ")[2]
+    if not text:
+        return None
     remedy = remark.argument("Remedy")
     return Decision(
         rebuilt,
@@ -128,7 +134,7 @@ def decide_record(record):
         whole = REST.sub("", symbol)
         if whole != symbol and decision.rebuilt:
             rests[whole] = (remark, decision)
-        elif decision.is_news or symbol not in decided:
+        elif decision.is_news or not (symbol in decided or COPY.search(symbol)):
             decided[symbol] = (remark, decision)
     for symbol, (remark, rest) in rests.items():
         if symbol not in decided:
@@ -148,13 +154,19 @@ def supersedes(new, old):
     return new.is_news and (new.rebuilt or not old.rebuilt) or not old.is_news
 
 
+def identify(symbol, remark, record):
+    """What two records have in common if they are about the same function."""
+    if symbol.startswith("_Z") and not LOCAL.search(symbol):
+        return symbol
+    return symbol, remark.file, remark.line, "" if remark.file else str(record.path)
+
+
 def make_rows(records):
     rows = {}
     for record in records:
         for symbol, (remark, decision) in decide_record(record).items():
-            key = (symbol, remark.file, remark.line,
-                   "" if remark.file else str(record.path))
-            row = rows.setdefault(key, Row(symbol, symbol, remark.file, remark.line))
+            row = rows.setdefault(identify(symbol, remark, record),
+                                  Row(symbol, symbol, remark.file, remark.line))
             row.records.append(str(record.path))
             if remark.hotness is not None:
                 row.hotness = max(row.hotness or 0, remark.hotness)
