@@ -888,6 +888,25 @@ TEST(AutoRefusalTest, ALargeBody) {
   EXPECT_EQ(Asked(Large).name(), "AutoLargeBody");
 }
 
+TEST(AutoRefusalTest, ALargeBodyBelowO3) {
+  Bounds Limits = getBoundsBelowO3();
+  EXPECT_EQ(Limits.FunctionGrowth, 300u);
+  EXPECT_EQ(Limits.ModuleGrowth, 1500u);
+  // Leaves are another matter.
+  Limits.InlinerFollows = false;
+  auto AskOf = [&](unsigned Size, const Bounds &Limits) {
+    std::string Body;
+    // What is there without it is 8 instructions.
+    for (unsigned I = 8; I != Size; ++I)
+      Body += "  store volatile i32 0, ptr @g\n";
+    return Asked(voidWith(Body + CallAndStore + CallAndStore), Limits).name();
+  };
+  EXPECT_EQ(AskOf(48, Limits), "AutoRing");
+  EXPECT_EQ(AskOf(49, Limits), "AutoLargeBody");
+  Limits.BodySize = getDefaultBounds().BodySize;
+  EXPECT_EQ(AskOf(49, Limits), "AutoRing");
+}
+
 TEST(AutoRefusalTest, ABodyThatBecomesLarge) {
   // The two calls of f and what they need are 9 instructions, small is 36.
   std::string Small = "define internal void @small() {\n";

@@ -31,13 +31,18 @@ struct Bounds {
   /// Most that the module grows by, if its share of the module's size is not
   /// larger (instructions).
   unsigned ModuleGrowth = 0;
+  /// Most that copies add that sources ask for, to a function and to the module
+  /// (instructions).
+  unsigned RequestedGrowth = 10000;
+  /// Largest body of a ring (instructions).
+  unsigned BodySize = 80;
 };
 
 /// What the options say, in front of the inliner.
 Bounds getDefaultBounds();
 
-/// The same for a size that matters more than speed does, as it is below -O3:
-/// the time that a compilation takes grows as the code does.
+/// The same below -O3, where a copy has to gain more for its size: a smaller
+/// growth of each function, and smaller bodies.
 Bounds getBoundsBelowO3();
 
 /// What all copies together may add to \p M under \p Limits (instructions).

@@ -239,11 +239,11 @@ static bool isLargeAndUntested(const Facts &Known, const Bounds &,
 }
 
 // A call is a small part of what such an activation costs.
-static bool isLarge(const Facts &Known, const Bounds &, Verdict &Why) {
-  if (Known.getBodySize() <= MaxRingBodySize)
+static bool isLarge(const Facts &Known, const Bounds &Limits, Verdict &Why) {
+  if (Known.getBodySize() <= Limits.BodySize)
     return false;
   Why << "its " << NV("Instructions", Known.getBodySize())
-      << " instructions, more than " << NV("Limit", MaxRingBodySize)
+      << " instructions, more than " << NV("Limit", Limits.BodySize)
       << ", take the time, not its self calls";
   return true;
 }

@@ -33,10 +33,6 @@ constexpr unsigned MaxGuardSize = 30;
 /// at once have to be cheap.  Kernels: parser gains, puzzle9 does not.
 constexpr unsigned MaxUnguardedSize = 60;
 
-/// Largest body of a ring (instructions).  In a larger one, a call is a small
-/// part of what an activation costs.
-constexpr unsigned MaxRingBodySize = 80;
-
 /// Most self calls of a ring.  Of more, most exclude each other (the cases of a
 /// switch), and copies of all of them only spread the branches.  Kernel:
 /// exprtree.

@@ -51,15 +51,19 @@ def main():
         parser.error(" or ".join(f"--{shape}" for shape in TOLD_AS)
                      + " says what the policy is to build")
 
-    # Below -O3 the policy has a twelfth of these.
-    options = ["-mllvm", "-inlinerecursion-auto-function-growth=10800",
+    # Below -O3 the policy has a third of the first.
+    options = ["-mllvm", "-inlinerecursion-auto-function-growth=2700",
                "-mllvm", "-inlinerecursion-auto-module-growth=64000"]
     for option in args.option:
         options += ["-mllvm", option]
     program = Program([args.clang], args.sources, args.scratch)
 
     for level, opt in itertools.product(LEVELS, OPT_LEVELS):
-        build = program.build(args.plugin, level, opt, options)
+        # Below -O3 it has three fifths of this.
+        body = 80 if opt == "O3" else 134
+        build = program.build(
+            args.plugin, level, opt,
+            [*options, "-mllvm", f"-inlinerecursion-auto-body-size={body}"])
         for shape, expected in wished.items():
             built = set(re.findall(
                 rf"remark: '(\S+)' rebuilt as a {TOLD_AS[shape]}", build.remarks))
