@@ -17,6 +17,14 @@
 |*   static int walk(struct Node *N) {
 |*     ...
 |*
+|* A function of which the plugin is to make so many copies, 2 to 1000, whether
+|* or not it would find that they pay.  The number is a constant expression; in
+|* a template it may depend on the parameters:
+|*
+|*   INLINERECURSION_COPIES(4)
+|*   static int height(struct Node *N) {
+|*     ...
+|*
 |* Without the plugin, and on compilers other than clang, it means nothing.
 |*
 \*===----------------------------------------------------------------------===*/
@@ -31,6 +39,14 @@
 #else
 #define INLINERECURSION_SPECIALIZE
 #define INLINERECURSION_NONE
+#endif
+
+/* Annotations of older ones have no values. */
+#if defined(__clang__) && __clang_major__ >= 14
+#define INLINERECURSION_COPIES(Count)                                          \
+  __attribute__((annotate("inlinerecursion-copies", Count)))
+#else
+#define INLINERECURSION_COPIES(Count)
 #endif
 
 #endif /* INLINERECURSION_REQUEST_H */

@@ -8,6 +8,7 @@
 #include "plugin/ir/Driver.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/SingleRun.h"
+#include "plugin/legality/Protection.h"
 #include "plugin/policy/Facts.h"
 #include "plugin/policy/Policy.h"
 #include "plugin/recursion/SelfCalls.h"
@@ -73,6 +74,9 @@ struct Candidate {
   bool IsRest;
   /// Its share was too small; it gets what the others have left.
   bool IsLastTurn = false;
+
+  /// Does its source ask for a number of copies?
+  bool isRequested() const { return F->hasFnAttribute(CopiesMark); }
 };
 
 /// One run of the pass on one module.
@@ -91,11 +95,13 @@ public:
 
 private:
   SmallVector<Function *, 8> collect();
+  bool isRefused(Function &F);
   void addCandidate(Function &F, bool IsRest);
   void rethink(Candidate &C);
   void forgetAround(const Function &F);
   StringRef findRemedy(uint64_t Growth) const;
   Plan planWithin(const Trial &Tried, uint64_t Share) const;
+  bool grantRequest(Candidate &C);
   bool takeTurn(Candidate &C, GrowthBudget &Budget);
   void buildPlan(Candidate &C, Function &F, const Plan &Granted);
   void tell(const Candidate &C, const Trial &Tried, Plan &Decided) const;
@@ -111,9 +117,25 @@ private:
   std::deque<Candidate> Candidates;
   /// What all functions together may grow by.
   uint64_t GrowthLimit = 0;
+  /// What those may still add that the source asks for.
+  uint64_t RequestedLeft = 0;
   bool Changed = false;
 };
 } // namespace
+
+/// May no copies be made of \p F?  Whoever asks for some is told why.
+bool AutoRun::isRefused(Function &F) {
+  if (D.isLegalToInlineRecursion(&F))
+    return false;
+  if (F.hasFnAttribute(CopiesMark)) {
+    const ProtectionReason *Reason = getProtection(F);
+    refuseCopies(F, Reason ? refuse(Reason->Name) << Reason->Text
+                           : refuse("Chained")
+                                 << "the rules of the level have made copies "
+                                    "of it already");
+  }
+  return true;
+}
 
 /// The functions to ask about, each with a body and a call of itself.
 SmallVector<Function *, 8> AutoRun::collect() {
@@ -123,7 +145,7 @@ SmallVector<Function *, 8> AutoRun::collect() {
     if (F.isDeclaration() || !isDirectlyRecursive(F) ||
         (IsSecondLook && isSeenByAuto(F)))
       continue;
-    if (D.isLegalToInlineRecursion(&F))
+    if (!isRefused(F))
       Recursive.push_back(&F);
     if (!IsSecondLook)
       F.addFnAttr(SeenMark);
@@ -156,7 +178,8 @@ void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidate C(F, IsRest);
   rethink(C);
   Trial Tried(F, FAM, Limits, *C.Known, *C.Wanted);
-  C.Demand = Tried.getPlan().Growth;
+  // What the source asks for takes nothing from others.
+  C.Demand = C.isRequested() ? 0 : Tried.getPlan().Growth;
   if (Tried.isPrepared()) {
     Tried.takeBack();
     C.Known.reset();
@@ -181,6 +204,8 @@ Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
   // Fewer copies, if they fit.
   Bounds Rest = Limits;
   Rest.FunctionGrowth = std::min<uint64_t>(Rest.FunctionGrowth, Share);
+  const bool IsRequested = Tried.getFacts().getRequestedCopies().has_value();
+  Rest.RequestedGrowth = std::min<uint64_t>(Rest.RequestedGrowth, Share);
   Plan Smaller = makePlan(Tried.getFacts(), Rest);
   if (Smaller.Kind != Plan::Nothing && Smaller.Growth <= Share)
     return Smaller;
@@ -188,7 +213,8 @@ Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
               << "a " << getShapeName(Wanted.Kind) << " of it would add "
               << NV("Growth", Wanted.Growth)
               << " instructions, and the module may not grow by more than "
-              << NV("Limit", GrowthLimit));
+              << NV("Limit", IsRequested ? uint64_t(Limits.RequestedGrowth)
+                                         : GrowthLimit));
 }
 
 /// Tells the user what was decided about \p C.
@@ -223,9 +249,34 @@ void AutoRun::buildPlan(Candidate &C, Function &F, const Plan &Granted) {
     addCandidate(*Result.Rest, /*IsRest=*/true);
 }
 
+/// Builds the copies that the source of \p C asks for.  False if they are
+/// refused, and the function is one like others.
+bool AutoRun::grantRequest(Candidate &C) {
+  rethink(C);
+  Trial Tried(*C.F, FAM, Limits, *C.Known, *C.Wanted);
+  Plan Granted = planWithin(Tried, RequestedLeft);
+  if (Granted.Kind == Plan::Nothing) {
+    if (Tried.isPrepared())
+      Tried.takeBack();
+    refuseCopies(*C.F, Granted.Decision);
+    C.Known.reset();
+    return false;
+  }
+  tell(C, Tried, Granted);
+  RequestedLeft -= Granted.Growth;
+  // Copies ask for nothing.
+  C.F->removeFnAttr(CopiesMark);
+  Tried.getSubject().removeFnAttr(CopiesMark);
+  Tried.keep();
+  buildPlan(C, Tried.getSubject(), Granted);
+  return true;
+}
+
 /// Decides about \p C and builds what fits.  False if its share is too little,
 /// and another turn may bring more.
 bool AutoRun::takeTurn(Candidate &C, GrowthBudget &Budget) {
+  if (C.isRequested())
+    return grantRequest(C);
   rethink(C);
   Trial Tried(*C.F, FAM, Limits, *C.Known, *C.Wanted);
   Plan Granted =
@@ -252,6 +303,8 @@ void AutoRun::shareOut() {
   for (const Candidate &C : Candidates)
     Demands.push_back(C.Demand);
   const uint64_t Used = Limits.InlinerFollows ? 0 : findEarlierGrowth(M);
+  RequestedLeft =
+      Limits.RequestedGrowth - std::min<uint64_t>(Limits.RequestedGrowth, Used);
   GrowthBudget Budget(GrowthLimit - std::min(GrowthLimit, Used), Demands);
 
   for (size_t I = 0; I != Candidates.size(); ++I)

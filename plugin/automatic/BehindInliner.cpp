@@ -7,6 +7,7 @@
 #include "plugin/legality/CallRepair.h"
 #include "plugin/legality/Protection.h"
 #include "plugin/recursion/SelfCalls.h"
+#include "plugin/tell/Remarks.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/IR/Instructions.h"
@@ -90,6 +91,9 @@ PreservedAnalyses BehindInlinerPass::run(Module &M,
                                          ModuleAnalysisManager &MAM) {
   PreservedAnalyses PA = buildUncovered(M, MAM, Limits, Level);
   tellUndecided(M);
+  for (Function &F : M)
+    if (F.hasFnAttribute(CopiesMark))
+      refuseCopies(F, refuse("NotRecursive") << "it does not call itself");
   // No analysis rests on the marks.
   forgetSeen(M);
   return PA;

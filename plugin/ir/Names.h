@@ -27,6 +27,10 @@ namespace inlinerecursion {
 /// The source wants no copies of it.  Stays.
 constexpr StringLiteral NoneMark = "inlinerecursion-none";
 
+/// The source wants so many copies of it, by the automatic policy; the value is
+/// the number.  Until that is granted or refused.
+constexpr StringLiteral CopiesMark = "inlinerecursion-copies";
+
 /// Kept away from the pass; the value names the reason.  Until behind the pass.
 constexpr StringLiteral ProtectedMark = "inlinerecursion-protected";
 
@@ -56,6 +60,9 @@ constexpr StringLiteral ChainLoopMark = "llvm.loop.inlinerecursion.chain";
 /// are collected for the summary.  Only where remarks are wanted; until the
 /// summary is told.
 constexpr StringLiteral DecisionsMark = "inlinerecursion.decisions";
+
+/// On modules, as a flag: a compile step has left rings to the linker.  Stays.
+constexpr StringLiteral LeftMark = "inlinerecursion-left-to-link";
 
 /// Is \p F a copy, or were copies made of it?  While the protection lasts, also
 /// whatever is kept away from the pass.

@@ -64,7 +64,7 @@ static const ProtectionReason *findProtection(const Function &F) {
   if (const ProtectionReason *Hazard = findReason(getHazards(), F))
     return Hazard;
   if (const ProtectionReason *Wish = findWish(F);
-      Wish && !F.hasFnAttribute(Request))
+      Wish && !F.hasFnAttribute(Request) && !F.hasFnAttribute(CopiesMark))
     return Wish;
   // Last, so that it counts what the pass may otherwise have.
   return SkippedByCounter.Holds(F) ? &SkippedByCounter : nullptr;

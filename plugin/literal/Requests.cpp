@@ -16,6 +16,7 @@
 #include "plugin/tell/Remarks.h"
 #include "plugin/tell/Verdict.h"
 #include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/StringExtras.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolution.h"
@@ -37,6 +38,11 @@ static cl::opt<bool> FindRequestsOption(
 /// slower than the function, unless each copy stands for a remainder.
 static constexpr unsigned MaxSelfCallsOfOpenRing = 2;
 
+/// What can be asked for.  One copy is no ring; the most is what the automatic
+/// policy takes as a limit.
+static constexpr unsigned MinRequestedCopies = 2;
+static constexpr unsigned MaxRequestedCopies = 1000;
+
 bool llvm::inlinerecursion::isFindingRequestsEnabled() {
   return FindRequestsOption;
 }
@@ -49,6 +55,36 @@ static StringRef getAnnotationText(const Constant *C) {
     return {};
   const auto *Text = dyn_cast<ConstantDataArray>(String->getInitializer());
   return Text && Text->isCString() ? Text->getAsCString() : StringRef();
+}
+
+/// The number of copies that the values of an annotation, \p Values, ask for;
+/// none if they are something else than one number that can be granted.
+static std::optional<unsigned> getRequestedCopies(const Constant *Values) {
+  const auto *Global = dyn_cast<GlobalVariable>(Values->stripPointerCasts());
+  if (!Global || !Global->hasInitializer() ||
+      !isa<StructType>(Global->getValueType()) ||
+      cast<StructType>(Global->getValueType())->getNumElements() != 1)
+    return std::nullopt;
+  const auto *Count =
+      dyn_cast<ConstantInt>(Global->getInitializer()->getAggregateElement(0u));
+  if (!Count || Count->getValue().slt(MinRequestedCopies) ||
+      Count->getValue().sgt(MaxRequestedCopies))
+    return std::nullopt;
+  return Count->getZExtValue();
+}
+
+/// Marks \p F as one of which copies are wanted, as many as \p Values say.
+static void markCopies(Function &F, const Constant *Values) {
+  // Copies are not made twice.
+  if (F.isDeclaration() || hasCloneMark(F))
+    return;
+  if (const std::optional<unsigned> Count = getRequestedCopies(Values))
+    F.addFnAttr(CopiesMark, utostr(*Count));
+  else
+    warnAboutCopies(F, refuse("RequestMalformed")
+                           << "INLINERECURSION_COPIES takes one integer from "
+                           << ore::NV("Least", MinRequestedCopies) << " to "
+                           << ore::NV("Most", MaxRequestedCopies));
 }
 
 /// Follows the annotations that clang records, { value, text, file, line, ... }
@@ -70,6 +106,9 @@ static void markAnnotated(Module &M) {
     const StringRef Text = getAnnotationText(Entry->getOperand(1));
     if (F && (Text == Request || Text == NoneMark))
       F->addFnAttr(Text);
+    if (F && Text == CopiesMark)
+      markCopies(*F, Entry->getNumOperands() > 4 ? Entry->getOperand(4)
+                                                 : Entry->getOperand(1));
   }
 }
 
@@ -111,7 +150,7 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
   Driver Gate(FAM, /*Level=*/0, getPassOption(LongestRingOption));
   for (Function &F : M) {
     if (!Gate.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
-        !isDirectlyRecursive(F) || findWish(F))
+        F.hasFnAttribute(CopiesMark) || !isDirectlyRecursive(F) || findWish(F))
       continue;
     if (isCalledInShortLoop(F, FAM) ||
         (findSelfCalls(F).size() > 1 && !profitsAsTree(F, FAM)))
@@ -167,9 +206,18 @@ static void withdrawRequests(Module &M, FunctionAnalysisManager &FAM) {
   }
 }
 
+/// Nobody is there to grant copies.
+static void refuseAllCopies(Module &M) {
+  for (Function &F : M)
+    if (F.hasFnAttribute(CopiesMark))
+      refuseCopies(F, refuse("AutoOff") << "the automatic policy is off");
+}
+
 PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   markAnnotated(M);
+  if (!GrantsCopies)
+    refuseAllCopies(M);
   if (FindRequests)
     markAcceptable(M, FAM);
   withdrawRequests(M, FAM);

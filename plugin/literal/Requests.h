@@ -15,6 +15,10 @@
 /// RingAlignment.h), or the copies would be too large. The attribute's value
 /// (FoundRequest) tells the two apart.
 ///
+/// A number of copies ("inlinerecursion-copies") is asked for the same way, as
+/// the annotation's value.  It is for the automatic policy to grant, and no
+/// ring is found for such a function.
+///
 /// A request is withdrawn, with a remark, in three cases:
 ///
 ///   - `return n + f(n - 1)` and the like.  Left alone, the compiler turns such
@@ -46,7 +50,10 @@ bool isFindingRequestsEnabled();
 class RequestsPass : public PassInfoMixin<RequestsPass> {
 public:
   /// With \p FindRequests, functions that would be accepted need not ask.
-  explicit RequestsPass(bool FindRequests) : FindRequests(FindRequests) {}
+  /// With \p GrantsCopies, somebody comes who grants numbers of copies;
+  /// otherwise they are refused.
+  explicit RequestsPass(bool FindRequests, bool GrantsCopies = true)
+      : FindRequests(FindRequests), GrantsCopies(GrantsCopies) {}
 
   PreservedAnalyses run(Module &M, ModuleAnalysisManager &MAM);
   void printPipeline(raw_ostream &OS,
@@ -55,6 +62,7 @@ public:
 
 private:
   bool FindRequests;
+  bool GrantsCopies;
 };
 
 } // namespace inlinerecursion

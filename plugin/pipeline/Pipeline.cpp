@@ -38,7 +38,8 @@ void llvm::inlinerecursion::addPipeline(ModulePassManager &MPM,
                                         const PassParameters &Parameters,
                                         bool SecondLookFollows) {
   MPM.addPass(PromotionPass());
-  MPM.addPass(RequestsPass(Parameters.FindRequests));
+  MPM.addPass(RequestsPass(Parameters.FindRequests,
+                           /*GrantsCopies=*/Parameters.Auto));
   MPM.addPass(ProtectionPass());
   MPM.addPass(
       PluginPass(Parameters.Level, {/*RingInlining=*/true, Parameters.Auto,

@@ -120,7 +120,9 @@ RingFit llvm::inlinerecursion::fitRing(const Facts &Known,
                                        const Bounds &Limits) {
   const bool MergesCalls = Known.mergesCalls();
   const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard();
-  const unsigned MaxCopies = std::min(Limits.Copies, limitCopies(Known));
+  const std::optional<unsigned> Requested = Known.getRequestedCopies();
+  const unsigned MaxCopies =
+      Requested ? *Requested : std::min(Limits.Copies, limitCopies(Known));
   RingFit Fit;
   for (unsigned Copies = 2; Copies <= MaxCopies; ++Copies) {
     const FusedSize Size = estimateFusedSize(
@@ -130,5 +132,6 @@ RingFit llvm::inlinerecursion::fitRing(const Facts &Known,
       break;
     Fit = {Copies, unsigned(Size.Instructions)};
   }
-  return Fit;
+  // Fewer are not what was asked for.
+  return Requested && Fit.Copies != *Requested ? RingFit() : Fit;
 }

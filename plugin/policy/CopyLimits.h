@@ -23,7 +23,8 @@ struct RingFit {
   unsigned Growth = 0;
 };
 
-/// The longest ring that pays and fits into \p Limits.
+/// The longest ring that pays and fits into \p Limits.  Where the source asks
+/// for a number of copies, the ring of so many, if it fits.
 RingFit fitRing(const Facts &Known, const Bounds &Limits);
 
 } // namespace inlinerecursion

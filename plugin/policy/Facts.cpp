@@ -2,6 +2,7 @@
 
 #include "plugin/policy/Facts.h"
 #include "host/InliningPlan.h"
+#include "plugin/ir/Names.h"
 #include "plugin/ir/Size.h"
 #include "plugin/policy/Tuning.h"
 #include "plugin/recursion/EqualCalls.h"
@@ -27,6 +28,13 @@ static T &findOnce(std::optional<T> &Known, FindT Find) {
 Facts::Facts(Function &F, FunctionAnalysisManager &FAM, bool InlinerFollows)
     : F(F), FAM(FAM), InlinerFollows(InlinerFollows),
       SelfCalls(findSelfCalls(F)), Size(getCodeSize(F)) {}
+
+std::optional<unsigned> Facts::getRequestedCopies() const {
+  unsigned Count;
+  if (F.getFnAttribute(CopiesMark).getValueAsString().getAsInteger(10, Count))
+    return std::nullopt;
+  return Count;
+}
 
 uint64_t Facts::getFrameSize() const {
   return findOnce(FrameSize,

@@ -39,6 +39,9 @@ public:
   /// least one.
   ArrayRef<CallBase *> getSelfCalls() const { return SelfCalls; }
 
+  /// The copies that its source asks for; none if it does not.
+  std::optional<unsigned> getRequestedCopies() const;
+
   /// Its instructions.
   unsigned getSize() const { return Size; }
 

@@ -268,8 +268,9 @@ static bool isTooLargeForTwo(const Facts &Known, const Bounds &Limits,
                              Verdict &Why) {
   if (fitRing(Known, Limits).Copies != 0)
     return false;
-  Why << "two copies of its " << NV("Instructions", Known.getBodySize())
-      << " instructions and " << NV("FrameSize", Known.getFrameSize())
+  Why << (Known.getRequestedCopies() ? "so many" : "two") << " copies of its "
+      << NV("Instructions", Known.getBodySize()) << " instructions and "
+      << NV("FrameSize", Known.getFrameSize())
       << " bytes of variables, inlined at "
       << NV("SelfCalls", unsigned(Known.getSelfCalls().size()))
       << " self calls, would take more than "
@@ -287,29 +288,30 @@ static constexpr unsigned BesideRing = OfferChain | OfferLeaves;
 static constexpr unsigned InPlaceOfRing = BesideRing | OfferLeavesAlone;
 
 static constexpr Obstacle Obstacles[] = {
-    {"AutoNeverEntered", OfferNothing, false, isNeverEntered,
+    {"AutoNeverEntered", OfferNothing, false, false, isNeverEntered,
      "profile a run that enters it"},
-    {"AutoNeverReturns", OfferNothing, false, neverReturns},
-    {"AutoVariableArguments", OfferNothing, false, isVariadic,
+    {"AutoNeverReturns", OfferNothing, false, false, neverReturns},
+    {"AutoVariableArguments", OfferNothing, false, true, isVariadic,
      "take a va_list in place of them"},
-    {"AutoReturnsTwice", OfferNothing, false, callsSetjmp,
+    {"AutoReturnsTwice", OfferNothing, false, true, callsSetjmp,
      "call setjmp outside of it"},
-    {"AutoByValue", OfferNothing, false, takesByValue, "pass it by pointer"},
-    {"AutoLoop", OfferNothing, false, isLoopAnyway},
-    {"AutoSelfCalls", OfferSplit, false, hasManySelfCalls},
-    {"AutoDeclined", OfferNothing, false, isDeclined},
-    {"AutoOnlyCaller", OfferNothing, false, isOnlyCaller},
-    {"AutoFoldsLittle", OfferNothing, false, nestsLoops},
-    {"AutoWorkInLoop", OfferChain, false, worksInLoop},
-    {"AutoPathInLoops", OfferChain, false, isPathInLoops},
-    {"AutoOtherCalls", OfferChain, false, makesOtherCalls},
-    {"AutoNoTest", InPlaceOfRing | OfferSplit, true, isUntested,
+    {"AutoByValue", OfferNothing, false, true, takesByValue,
+     "pass it by pointer"},
+    {"AutoLoop", OfferNothing, false, true, isLoopAnyway},
+    {"AutoSelfCalls", OfferSplit, false, false, hasManySelfCalls},
+    {"AutoDeclined", OfferNothing, false, false, isDeclined},
+    {"AutoOnlyCaller", OfferNothing, false, false, isOnlyCaller},
+    {"AutoFoldsLittle", OfferNothing, false, false, nestsLoops},
+    {"AutoWorkInLoop", OfferChain, false, false, worksInLoop},
+    {"AutoPathInLoops", OfferChain, false, false, isPathInLoops},
+    {"AutoOtherCalls", OfferChain, false, false, makesOtherCalls},
+    {"AutoNoTest", InPlaceOfRing | OfferSplit, true, false, isUntested,
      "test first whether there is anything to do"},
-    {"AutoUnrolledLoop", InPlaceOfRing, false, losesUnrolling},
-    {"AutoNoTest", InPlaceOfRing, true, isLargeAndUntested,
+    {"AutoUnrolledLoop", InPlaceOfRing, false, false, losesUnrolling},
+    {"AutoNoTest", InPlaceOfRing, true, false, isLargeAndUntested,
      "test first whether there is anything to do"},
-    {"AutoLargeBody", BesideRing, false, isLarge},
-    {"AutoTooLarge", BesideRing, false, isTooLargeForTwo},
+    {"AutoLargeBody", BesideRing, false, false, isLarge},
+    {"AutoTooLarge", BesideRing, false, true, isTooLargeForTwo},
 };
 
 ArrayRef<Obstacle> llvm::inlinerecursion::getObstacles() { return Obstacles; }

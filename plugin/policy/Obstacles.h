@@ -44,6 +44,10 @@ struct Obstacle {
   unsigned Open;
   /// Nothing is built, but once other calls are inlined that may change.
   bool MayGoAway;
+  /// Does it stand against copies that the source asks for, too?  What no
+  /// inliner takes, or what would need stack that a loop does not, is not built
+  /// for anybody.
+  bool IsFirm;
   /// Does it hold?  If so, the reason is appended as half a sentence.
   bool (*Holds)(const Facts &Known, const Bounds &Limits, Verdict &Why);
   /// What the user can do about it, in a few words; empty where nothing helps,

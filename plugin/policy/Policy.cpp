@@ -1,6 +1,7 @@
 //===- Policy.cpp - What pays without being asked -------------------------===//
 
 #include "plugin/policy/Policy.h"
+#include "plugin/policy/Bounds.h"
 #include "plugin/policy/Facts.h"
 #include "plugin/policy/Obstacles.h"
 #include "plugin/policy/Offers.h"
@@ -22,7 +23,32 @@ static constexpr Offer InOrder[] = {
     {OfferSplit, offerSplit},
 };
 
+/// What is built of a function whose source asks for \p Count copies: what
+/// does not pay may be asked for.
+static Plan makeRequestedPlan(const Facts &Known, Bounds Limits,
+                              unsigned Count) {
+  Limits.Copies = Count;
+  Limits.FunctionGrowth = Limits.RequestedGrowth;
+  Plan Refused(refuse(""));
+  for (const Obstacle &InTheWay : getObstacles()) {
+    Verdict Why = refuse(InTheWay.Name);
+    if (!InTheWay.IsFirm || !InTheWay.Holds(Known, Limits, Why))
+      continue;
+    Refused.Decision = std::move(Why);
+    // A chain may fit where a ring does not.
+    if (!(InTheWay.Open & OfferChain))
+      return Refused;
+  }
+  if (std::optional<Plan> Chain = offerChain(Known, Limits))
+    return std::move(*Chain);
+  if (std::optional<Plan> Ring = offerRing(Known, Limits))
+    return std::move(*Ring);
+  return Refused;
+}
+
 Plan llvm::inlinerecursion::makePlan(const Facts &Known, const Bounds &Limits) {
+  if (const std::optional<unsigned> Count = Known.getRequestedCopies())
+    return makeRequestedPlan(Known, Limits, *Count);
   unsigned Open = OpenWithoutObstacle;
   // Without an obstacle there is a ring at least.
   Plan Refused(refuse(""));

@@ -71,17 +71,16 @@ void llvm::inlinerecursion::emitRefusalAnalysis(Function &F, const Verdict &V) {
   ORE.emit(Remark);
 }
 
-void llvm::inlinerecursion::warnAboutRequest(Function &F, const Verdict &Why) {
-  const Attribute Asked = F.getFnAttribute(Request);
-  if (!Asked.isValid() || Asked.getValueAsString() == FoundRequest)
-    return;
+/// Warns that \p Wanted of \p F are not built, for the reason in \p Why.
+static void warn(Function &F, StringRef Wanted, StringRef Verb,
+                 const Verdict &Why) {
   const DISubprogram *Place = F.getSubprogram();
   DiagnosticInfoOptimizationFailure Warning(RemarkPassName, "Request",
                                             Place ? DiagnosticLocation(Place)
                                                   : DiagnosticLocation(),
                                             &F.getEntryBlock());
-  Warning << "the ring of copies that '" << ore::NV("Callee", &F)
-          << "' asks for is not built: ";
+  Warning << "the " << Wanted << " that '" << ore::NV("Callee", &F)
+          << "' asks for " << Verb << " not built: ";
   appendReason(Warning, Why);
   F.getContext().diagnose(Warning);
 }
@@ -104,6 +103,22 @@ void llvm::inlinerecursion::tellDiscardedProfile(Function &F,
   const std::string Warning = "InlineRecursion: " + Text;
   F.getContext().diagnose(DiagnosticInfoPGOProfile(
       F.getParent()->getName().data(), Warning, DS_Warning));
+}
+
+void llvm::inlinerecursion::warnAboutRequest(Function &F, const Verdict &Why) {
+  const Attribute Asked = F.getFnAttribute(Request);
+  if (Asked.isValid() && Asked.getValueAsString() != FoundRequest)
+    warn(F, "ring of copies", "is", Why);
+}
+
+void llvm::inlinerecursion::warnAboutCopies(Function &F, const Verdict &Why) {
+  const StringRef Count = F.getFnAttribute(CopiesMark).getValueAsString();
+  warn(F, Count.empty() ? "copies" : (Count + " copies").str(), "are", Why);
+}
+
+void llvm::inlinerecursion::refuseCopies(Function &F, const Verdict &Why) {
+  warnAboutCopies(F, Why);
+  F.removeFnAttr(CopiesMark);
 }
 
 void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V,

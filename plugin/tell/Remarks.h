@@ -43,6 +43,12 @@ void warnAboutRequest(Function &F, const Verdict &Why);
 /// inline functions differ between files by nature.
 void tellDiscardedProfile(Function &F, StringRef Origin);
 
+/// The same of the number of copies that the source of \p F asks for.
+void warnAboutCopies(Function &F, const Verdict &Why);
+
+/// The same, and the request is over.
+void refuseCopies(Function &F, const Verdict &Why);
+
 /// Tells what was decided about \p F, at its location in the source, and has
 /// it counted for the summary.  \p IsPart: F is part of a function that was
 /// told about, and counts as that.
