@@ -3,6 +3,7 @@
 #include "plugin/pipeline/Pipeline.h"
 #include "plugin/automatic/AutoPass.h"
 #include "plugin/automatic/BehindInliner.h"
+#include "plugin/automatic/LeftMarker.h"
 #include "plugin/legality/CallRepair.h"
 #include "plugin/legality/DiscardedProfiles.h"
 #include "plugin/legality/Protection.h"
@@ -86,6 +87,8 @@ void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
         FPM.addPass(CutRecurrencesPass());
         FPM.addPass(EarlySumsPass());
         MPM.addPass(createModuleToFunctionPassAdaptor(std::move(FPM)));
+        if (getDefaultBounds().LeavesToLink)
+          MPM.addPass(LeftMarkerPass());
       });
   // Full LTO has an inliner of its own, over calls between files.
   PB.registerFullLinkTimeOptimizationEarlyEPCallback(

@@ -40,6 +40,18 @@ static cl::opt<unsigned> RequestedGrowth(
     cl::desc("Most code that copies add to a module that its source asks for "
              "(instructions)"));
 
+namespace {
+enum class LTOStep { Compile, Link };
+} // namespace
+
+static cl::opt<LTOStep> BuildsFrom(
+    "inlinerecursion-lto", cl::init(LTOStep::Compile), cl::Hidden,
+    cl::desc("With link-time optimisation, the step that builds rings of "
+             "functions that other files may call"),
+    cl::values(clEnumValN(LTOStep::Compile, "compile", "the compiler"),
+               clEnumValN(LTOStep::Link, "link",
+                          "the linker, which has the plugin, too")));
+
 /// Below -O3, the part of a function's growth that is left, as a divisor: 300
 /// instructions.  With them, everyday programs (benchmarks/everyday) gain what
 /// they gain with 900, for two thirds of the code; half of them leave out the
@@ -60,8 +72,13 @@ static constexpr unsigned BodyPartsBelowO3 = 3;
 static constexpr unsigned BodyParts = 5;
 
 Bounds llvm::inlinerecursion::getDefaultBounds() {
-  return {MaxCopies,       MaxFunctionGrowth, /*InlinerFollows=*/true,
-          MaxModuleGrowth, RequestedGrowth,   MaxBodySize};
+  return {MaxCopies,
+          MaxFunctionGrowth,
+          /*InlinerFollows=*/true,
+          MaxModuleGrowth,
+          RequestedGrowth,
+          MaxBodySize,
+          /*LeavesToLink=*/BuildsFrom == LTOStep::Link};
 }
 
 Bounds llvm::inlinerecursion::getBoundsBelowO3() {

@@ -36,6 +36,8 @@ struct Bounds {
   unsigned RequestedGrowth = 10000;
   /// Largest body of a ring (instructions).
   unsigned BodySize = 80;
+  /// Has the linker the plugin, too, if one is to come that optimises?
+  bool LeavesToLink = false;
 };
 
 /// What the options say, in front of the inliner.

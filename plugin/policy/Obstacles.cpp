@@ -2,6 +2,7 @@
 
 #include "plugin/policy/Obstacles.h"
 #include "pass/InlineRecursion.h"
+#include "plugin/ir/LinkStep.h"
 #include "plugin/policy/Bounds.h"
 #include "plugin/policy/CopyLimits.h"
 #include "plugin/policy/Facts.h"
@@ -280,6 +281,22 @@ static bool isTooLargeForTwo(const Facts &Known, const Bounds &Limits,
   return true;
 }
 
+// The linker sees who else calls it.  If all of them begin with constants, it
+// makes a chain of what is a ring here, and a copy is not looked at again.  It
+// finds the function as it is now, unless the compiler unrolls the loop around
+// a self call before: then there are more calls than a ring takes.  What equal
+// calls save is no less here.  Leaves do not depend on who calls.
+static bool isLeftToLink(const Facts &Known, const Bounds &Limits,
+                         Verdict &Why) {
+  const Function &F = Known.getFunction();
+  if (!Limits.LeavesToLink || F.hasLocalLinkage() ||
+      !isLinkToCome(*F.getParent()) || Known.mergesCalls() ||
+      Known.anyInShortLoop())
+    return false;
+  Why << "a ring of it is left to the linker, which sees all calls of it";
+  return true;
+}
+
 //===----------------------------------------------------------------------===//
 // The table
 //===----------------------------------------------------------------------===//
@@ -312,6 +329,7 @@ static constexpr Obstacle Obstacles[] = {
      "test first whether there is anything to do"},
     {"AutoLargeBody", BesideRing, false, false, isLarge},
     {"AutoTooLarge", BesideRing, false, true, isTooLargeForTwo},
+    {"AutoLeftToLink", BesideRing, false, false, isLeftToLink},
 };
 
 ArrayRef<Obstacle> llvm::inlinerecursion::getObstacles() { return Obstacles; }

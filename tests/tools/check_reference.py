@@ -40,7 +40,7 @@ sources = [source for folder in ("pass", "host", "plugin")
 for source in sources:
     text = source.read_text()
     for match in re.finditer(r'cl::opt<\w+>\s+\w+\(\s*"([^"]+)",(.*?)\);', text, re.S):
-        declared[match[1]] = re.search(r"cl::init\((\w+)\)", match[2])[1]
+        declared[match[1]] = re.search(r"cl::init\(([\w:]+)\)", match[2])[1].split("::")[-1].lower()
 documented = {row[0].strip("`-"): row[1] for row in table("Options")}
 compare("option", documented, declared)
 
@@ -52,6 +52,7 @@ ranges = {name: "true, false" if default in ("true", "false") else "from 0"
           for name, default in declared.items()}
 for name, value in re.findall(r'^ +\{"([a-z-]+)", (\w+), "', ranges_source, re.M):
     ranges[name] = f"0 to {most.get(value, value)}"
+ranges["inlinerecursion-lto"] = "compile, link"
 ranges[re.search(r'LevelOption = "([^"]+)"', ranges_source)[1]] = (
     "0 to " + re.search(r"MaxLevel = (\d+)", ranges_source)[1])
 compare("range of", {row[0].strip("`-"): row[2] for row in table("Options")}, ranges)
