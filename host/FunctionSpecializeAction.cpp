@@ -5,6 +5,7 @@
 #include "DirectCalls.h"
 #include "InliningPlan.h"
 #include "Names.h"
+#include "Specializations.h"
 #include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SetVector.h"
@@ -47,10 +48,6 @@ static cl::opt<unsigned> MaxInlinedSize(
 
 /// Copies that call each other in a circle.
 using Ring = SetVector<Function *>;
-
-/// One entry per formal argument: the constant that stands in its place, or
-/// null where the argument is left open.
-using ArgumentTuple = SmallVector<Constant *, 4>;
 
 /// Only copies are local and carry the mark; the function that they were made
 /// of is called by nobody but itself, so it never stands in a ring of interest.
@@ -110,51 +107,6 @@ static Ring findAlike(Ring Members, Function *Pattern) {
   }
 }
 
-/// May the constants of a call be put in the place of \p A?
-static bool isReplaceable(const Argument &A) {
-  // The callee owns a copy of the pointee, not the caller's object.
-  if (A.hasPassPointeeByValueCopyAttr() || A.hasInAllocaAttr())
-    return false;
-  // Held in registers by convention; their uses must be the argument itself.
-  return !A.hasSwiftErrorAttr() && !A.hasNestAttr() &&
-         !A.hasAttribute(Attribute::SwiftSelf) &&
-         !A.hasAttribute(Attribute::SwiftAsync);
-}
-
-/// What \p Call passes to \p Callee.
-static ArgumentTuple getConstantArguments(const CallInst &Call,
-                                          const Function &Callee) {
-  ArgumentTuple Tuple;
-  for (const Argument &A : Callee.args()) {
-    auto *C = dyn_cast<Constant>(Call.getArgOperand(A.getArgNo()));
-    // Undefined values differ from use to use, and so do the addresses of
-    // thread-local variables from thread to thread.
-    if (C && (!isReplaceable(A) || isa<UndefValue>(C) ||
-              C->containsUndefOrPoisonElement() || C->isThreadDependent()))
-      C = nullptr;
-    Tuple.push_back(C);
-  }
-  return Tuple;
-}
-
-static bool hasConstant(const ArgumentTuple &Tuple) {
-  return any_of(Tuple, [](Constant *C) { return C != nullptr; });
-}
-
-/// May \p F be cloned with other values in the place of its arguments?
-static bool isSpecializable(const Function &F) {
-  for (const BasicBlock &BB : F) {
-    // A clone's own blocks would be reached through the addresses of F's.
-    if (BB.hasAddressTaken())
-      return false;
-    for (const Instruction &I : BB)
-      if (auto *Call = dyn_cast<CallBase>(&I))
-        if (Call->cannotDuplicate())
-          return false;
-  }
-  return true;
-}
-
 std::map<Function *, std::set<CallInst *>>
 FunctionSpecializeAction::selectCI(Module &M, bool OnlyEligible) {
   std::map<Function *, std::set<CallInst *>> Selected;
@@ -184,24 +136,15 @@ public:
                   unsigned &SizeLeft, bool WholeOrNothing)
       : Members(findAlike(findRing(Entry, /*OnlyEligible=*/false), Entry)),
         Pattern(Entry), Excluded(Excluded), SizeLeft(SizeLeft),
-        WholeOrNothing(WholeOrNothing) {}
+        WholeOrNothing(WholeOrNothing), Made(*Entry) {}
 
   /// Redirects \p Calls, which enter the ring, and all that follows from them.
   /// Returns true if any call was redirected.
   bool run(const SetVector<CallInst *> &Calls);
 
 private:
-  /// Makes \p Call, which passes \p Tuple, call \p Clone.
-  void redirect(CallInst &Call, Function &Clone, const ArgumentTuple &Tuple);
-
-  /// Everything as it was before.
-  void undo();
-
-  /// The specialisation for \p Tuple, made on first request; null if a budget
-  /// is spent.
-  Function *getSpecialization(const ArgumentTuple &Tuple);
-
-  Function *clonePattern(const ArgumentTuple &Tuple);
+  /// Makes the copy for \p Tuple, if the budgets allow it.
+  bool specialize(const ArgumentTuple &Tuple);
 
   /// The copies of the ring; all of them compute the same.
   const Ring Members;
@@ -210,91 +153,15 @@ private:
   const std::set<CallInst *> &Excluded;
   unsigned &SizeLeft;
   const bool WholeOrNothing;
-  struct Redirection {
-    CallInst *Call;
-    Function *Callee;
-    AttributeList Attributes;
-  };
-  /// How the calls were, for undo().
-  SmallVector<Redirection, 0> Redirected;
-  std::map<ArgumentTuple, Function *> Specializations;
-  /// The same in the order of making.
-  SmallVector<Function *, 0> Clones;
+  Specializations Made;
+  /// Those for which no budget was left.
+  std::set<ArgumentTuple> Refused;
   /// In the order in which the recursion gets there, so that what a budget cuts
   /// off are the deepest activations of the widest search.
   std::deque<CallInst *> Worklist;
 };
 
 } // namespace
-
-/// The name of the original function, ".specialized" and the constants that
-/// have a short name.
-static SmallString<64> getCloneName(const Function &Pattern,
-                                    const ArgumentTuple &Tuple) {
-  SmallString<64> Name = Pattern.getName();
-  const size_t Suffix = Name.str().rfind(CloneSuffix);
-  if (Suffix != StringRef::npos)
-    Name.truncate(Suffix);
-  raw_svector_ostream OS(Name);
-  OS << SpecializedSuffix;
-  for (const Constant *C : Tuple) {
-    OS << ".";
-    if (const auto *I = dyn_cast_or_null<ConstantInt>(C))
-      I->getValue().print(OS, /*isSigned=*/true);
-    else if (const auto *G = dyn_cast_or_null<GlobalValue>(C))
-      OS << G->getName();
-    else
-      OS << (C ? "c" : "_");
-  }
-  return Name;
-}
-
-static bool replacesPointer(const ArgumentTuple &Tuple) {
-  return any_of(Tuple,
-                [](Constant *C) { return C && C->getType()->isPointerTy(); });
-}
-
-/// \p Effects of a function that does not get at its memory by its arguments
-/// any more but by the name of a global.
-static MemoryEffects withoutArguments(MemoryEffects Effects) {
-  return Effects | MemoryEffects(MemoryEffects::Other,
-                                 Effects.getModRef(MemoryEffects::ArgMem));
-}
-
-Function *RingSpecializer::clonePattern(const ArgumentTuple &Tuple) {
-  // The pruning clone is made of a plain copy, for two reasons.  Two functions
-  // must not share one DISubprogram, and only CloneFunction makes a new one.
-  // And it simplifies while the new function has no terminators yet, which some
-  // analyses of an argument run into (programUndefinedIfPoison in
-  // ValueTracking.cpp): until the new function is complete, it uses the
-  // arguments of the copy.
-  ValueToValueMapTy PlainVMap;
-  Function *Source = CloneFunction(Pattern, PlainVMap);
-
-  Function *Clone =
-      Function::Create(Pattern->getFunctionType(), GlobalValue::InternalLinkage,
-                       Pattern->getAddressSpace(),
-                       getCloneName(*Pattern, Tuple), Pattern->getParent());
-  Clone->copyAttributesFrom(Pattern);
-  Clone->copyMetadata(Source, 0);
-  // No link of the ring any more.
-  Clone->removeFnAttr(EligibleMark);
-  if (replacesPointer(Tuple))
-    Clone->setMemoryEffects(withoutArguments(Clone->getMemoryEffects()));
-
-  ValueToValueMapTy VMap;
-  for (auto [Formal, New, C] : zip(Source->args(), Clone->args(), Tuple)) {
-    New.setName(Formal.getName());
-    VMap[&Formal] = C ? static_cast<Value *>(C) : &Formal;
-  }
-  SmallVector<ReturnInst *, 4> Returns;
-  CloneAndPruneFunctionInto(Clone, Source, VMap, /*ModuleLevelChanges=*/false,
-                            Returns);
-  for (auto [Formal, New] : zip(Source->args(), Clone->args()))
-    Formal.replaceAllUsesWith(&New);
-  Source->eraseFromParent();
-  return Clone;
-}
 
 /// What constants are worth following for in \p F: terminators that have a
 /// choice, and remainders, which the ring was built for.
@@ -306,48 +173,27 @@ static unsigned countDecisions(Function &F) {
   });
 }
 
-Function *RingSpecializer::getSpecialization(const ArgumentTuple &Tuple) {
-  auto [Entry, Inserted] = Specializations.try_emplace(Tuple, nullptr);
-  if (!Inserted)
-    return Entry->second;
-  // Whether the next clone fits is decided before it is known how much of it
+bool RingSpecializer::specialize(const ArgumentTuple &Tuple) {
+  if (Made.find(Tuple))
+    return true;
+  // Whether the next copy fits is decided before it is known how much of it
   // folds away.
-  if (Specializations.size() > MaxClonesPerRing ||
-      getCodeSize(*Pattern) > SizeLeft)
-    return nullptr;
-
-  Function *Clone = clonePattern(Tuple);
-  SizeLeft -= std::min(SizeLeft, getCodeSize(*Clone));
-  Entry->second = Clone;
-  Clones.push_back(Clone);
+  if (Refused.count(Tuple) ||
+      Made.getCopies().size() + Refused.size() >= MaxClonesPerRing ||
+      getCodeSize(*Pattern) > SizeLeft) {
+    Refused.insert(Tuple);
+    return false;
+  }
+  Function &Copy = Made.make(Tuple);
+  SizeLeft -= std::min(SizeLeft, getCodeSize(Copy));
   // Where the constants decide nothing, what they lead to decides nothing
   // either: an accumulator beside an open argument goes on for ever.
-  if (countDecisions(*Clone) < countDecisions(*Pattern))
-    for (CallInst *Call : findCallsIn(*Clone, [this](Function &Callee) {
+  if (countDecisions(Copy) < countDecisions(*Pattern))
+    for (CallInst *Call : findCallsIn(Copy, [this](Function &Callee) {
            return Members.contains(&Callee);
          }))
       Worklist.push_back(Call);
-  return Clone;
-}
-
-void RingSpecializer::redirect(CallInst &Call, Function &Clone,
-                               const ArgumentTuple &Tuple) {
-  Redirected.push_back({&Call, Call.getCalledFunction(), Call.getAttributes()});
-  Call.setCalledFunction(&Clone);
-  if (replacesPointer(Tuple) &&
-      Call.getAttributes().hasFnAttr(Attribute::Memory))
-    Call.setMemoryEffects(
-        withoutArguments(Call.getAttributes().getMemoryEffects()));
-}
-
-void RingSpecializer::undo() {
-  for (const Redirection &R : Redirected) {
-    R.Call->setCalledFunction(R.Callee);
-    R.Call->setAttributes(R.Attributes);
-  }
-  // Now they only call the ring, and nobody calls them.
-  for (Function *Clone : Clones)
-    Clone->eraseFromParent();
+  return true;
 }
 
 bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
@@ -363,17 +209,17 @@ bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
     const ArgumentTuple Tuple = getConstantArguments(*Call, *Pattern);
     if (!hasConstant(Tuple))
       continue;
-    if (Function *Clone = getSpecialization(Tuple)) {
-      redirect(*Call, *Clone, Tuple);
+    if (specialize(Tuple)) {
+      Made.redirect(*Call, Tuple);
     } else if (WholeOrNothing) {
-      undo();
+      Made.undo();
       SizeLeft = SizeBefore;
       return false;
     }
   }
   // Callees are made after their callers, but for those that close a cycle.
-  planInlining(Clones, MaxInlinedSize, SizeLeft);
-  return !Redirected.empty();
+  planInlining(Made.getCopies(), MaxInlinedSize, SizeLeft);
+  return Made.anyRedirected();
 }
 
 /// Did nobody ask for the ring that the copy \p F stands in?

@@ -96,7 +96,7 @@ TEST(PassParametersTest, ErrorsNameTheLimit) {
             "number from 0 on");
   EXPECT_EQ(errorOf("copies", Limits),
             "unknown parameter 'copies'; known: auto no-auto copies=N "
-            "function-growth=N module-growth=N");
+            "function-growth=N module-growth=N state-growth=N");
   EXPECT_EQ(errorOf("no-auto", All),
             "unknown parameter 'no-auto'; known: level=N find-requests "
             "no-find-requests");

@@ -84,8 +84,8 @@ class AutoRun {
 public:
   AutoRun(Module &M, FunctionAnalysisManager &FAM, const Bounds &Limits,
           bool SecondLookFollows)
-      : M(M), FAM(FAM), Limits(Limits), SecondLookFollows(SecondLookFollows),
-        TellUser(areRemarksEnabled(M)),
+      : M(M), FAM(FAM), Limits(Limits), StateGrowthLeft(Limits.StateGrowth),
+        SecondLookFollows(SecondLookFollows), TellUser(areRemarksEnabled(M)),
         // A level that does not ask for copies to be inlined; that is done
         // here.
         D(FAM, /*Level=*/1, /*LongestRing=*/0) {}
@@ -99,7 +99,6 @@ private:
   void addCandidate(Function &F, bool IsRest);
   void rethink(Candidate &C);
   void forgetAround(const Function &F);
-  StringRef findRemedy(uint64_t Growth) const;
   Plan planWithin(const Trial &Tried, uint64_t Share) const;
   bool grantRequest(Candidate &C);
   bool takeTurn(Candidate &C, GrowthBudget &Budget);
@@ -110,6 +109,8 @@ private:
   Module &M;
   FunctionAnalysisManager &FAM;
   const Bounds Limits;
+  /// What copies for states may still add.
+  unsigned StateGrowthLeft;
   const bool SecondLookFollows;
   const bool TellUser;
   Driver D;
@@ -178,8 +179,10 @@ void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidate C(F, IsRest);
   rethink(C);
   Trial Tried(F, FAM, Limits, *C.Known, *C.Wanted);
-  // What the source asks for takes nothing from others.
-  C.Demand = C.isRequested() ? 0 : Tried.getPlan().Growth;
+  // States have a budget of their own, and what the source asks for takes
+  // nothing from others.
+  if (!C.isRequested() && Tried.getPlan().Kind != Plan::States)
+    C.Demand = Tried.getPlan().Growth;
   if (Tried.isPrepared()) {
     Tried.takeBack();
     C.Known.reset();
@@ -187,29 +190,22 @@ void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidates.push_back(std::move(C));
 }
 
-/// What makes room in the module for a growth of \p Growth instructions?
-StringRef AutoRun::findRemedy(uint64_t Growth) const {
-  const bool IsBelowO3 = Limits.ModuleGrowth == getBoundsBelowO3().ModuleGrowth;
-  if (IsBelowO3 && Growth <= getDefaultBounds().ModuleGrowth)
-    return "compile with -O3";
-  return "raise -inlinerecursion-auto-module-growth";
-}
-
 /// What is built of the subject of \p Tried with a growth of at most \p Share;
 /// nothing if that is too little.
 Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
   const Plan &Wanted = Tried.getPlan();
-  if (Wanted.Growth <= Share)
+  if (Wanted.Growth <= (Wanted.Kind == Plan::States ? StateGrowthLeft : Share))
     return Wanted;
   // Fewer copies, if they fit.
   Bounds Rest = Limits;
   Rest.FunctionGrowth = std::min<uint64_t>(Rest.FunctionGrowth, Share);
   const bool IsRequested = Tried.getFacts().getRequestedCopies().has_value();
   Rest.RequestedGrowth = std::min<uint64_t>(Rest.RequestedGrowth, Share);
+  Rest.StateGrowth = 0;
   Plan Smaller = makePlan(Tried.getFacts(), Rest);
   if (Smaller.Kind != Plan::Nothing && Smaller.Growth <= Share)
     return Smaller;
-  return Plan(refuse(NoRoom, findRemedy(Wanted.Growth))
+  return Plan(refuse(NoRoom, "raise -inlinerecursion-auto-module-growth")
               << "a " << getShapeName(Wanted.Kind) << " of it would add "
               << NV("Growth", Wanted.Growth)
               << " instructions, and the module may not grow by more than "
@@ -247,6 +243,8 @@ void AutoRun::buildPlan(Candidate &C, Function &F, const Plan &Granted) {
   // A function that is taken apart leaves another one behind.
   if (Result.Rest)
     addCandidate(*Result.Rest, /*IsRest=*/true);
+  for (Function *Copy : Result.Copies)
+    addCandidate(*Copy, /*IsRest=*/true);
 }
 
 /// Builds the copies that the source of \p C asks for.  False if they are
@@ -281,7 +279,10 @@ bool AutoRun::takeTurn(Candidate &C, GrowthBudget &Budget) {
   Trial Tried(*C.F, FAM, Limits, *C.Known, *C.Wanted);
   Plan Granted =
       planWithin(Tried, C.IsLastTurn ? Budget.getLeft() : Budget.getShare());
-  Budget.take(C.IsLastTurn ? 0 : C.Demand, Granted.Growth);
+  const bool AreStates = Granted.Kind == Plan::States;
+  Budget.take(C.IsLastTurn ? 0 : C.Demand, AreStates ? 0 : Granted.Growth);
+  if (AreStates)
+    StateGrowthLeft -= Granted.Growth;
   const bool IsDone = Granted.Decision.Name != NoRoom || C.IsLastTurn;
   if (IsDone)
     tell(C, Tried, Granted);

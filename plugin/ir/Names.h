@@ -41,6 +41,9 @@ constexpr StringLiteral OriginMark = "inlinerecursion-origin";
 /// A copy in a ring whose inlining is planned.  Stays.
 constexpr StringLiteral PlannedMark = "inlinerecursion-planned";
 
+/// A copy for one state of its arguments (rewrite/StateCopies.h).  Stays.
+constexpr StringLiteral StateMark = "inlinerecursion-state";
+
 /// The automatic policy looked at it in front of the inliner.  Until behind the
 /// second look.
 constexpr StringLiteral SeenMark = "inlinerecursion-seen";
@@ -82,6 +85,8 @@ constexpr StringLiteral GuardSuffix = ".recurse.guard";
 constexpr StringLiteral RestSuffix = ".recurse.rest";
 /// A function that is handed the sum so far.
 constexpr StringLiteral SumSuffix = ".recurse.sum";
+/// A function that is passed what another one reads through pointers.
+constexpr StringLiteral ValueSuffix = ".recurse.value";
 /// The body of a function while another is tried in its place.
 constexpr StringLiteral SavedSuffix = ".recurse.saved";
 /// The entry of an aligned ring, which looks for the copy.

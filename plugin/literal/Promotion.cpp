@@ -2,7 +2,10 @@
 
 #include "plugin/literal/Promotion.h"
 #include "host/DirectCalls.h"
+#include "host/InliningPlan.h"
 #include "plugin/ir/Names.h"
+#include "plugin/legality/Hazards.h"
+#include "plugin/literal/ValueArguments.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SmallPtrSet.h"
@@ -11,6 +14,7 @@
 #include "llvm/IR/Module.h"
 #include "llvm/Transforms/IPO/ArgumentPromotion.h"
 #include "llvm/Transforms/IPO/FunctionAttrs.h"
+#include "llvm/Transforms/Scalar/EarlyCSE.h"
 #include "llvm/Transforms/Scalar/SROA.h"
 
 using namespace llvm;
@@ -44,14 +48,62 @@ public:
 };
 } // namespace
 
+/// Largest function of which one that takes values is made beside itself
+/// (instructions).
+static constexpr unsigned MaxCopiedSize = 2500;
+
+/// Values behind one pointer may be pointers to the next.
+static constexpr unsigned MaxRounds = 3;
+
+static bool mayTakeValues(const Function &F) {
+  return !F.isDeclaration() && !hasCloneMark(F) &&
+         !F.hasFnAttribute(Attribute::AllocSize) &&
+         any_of(F.args(),
+                [](const Argument &A) { return A.getType()->isPointerTy(); }) &&
+         isDirectlyRecursive(F) && getCodeSize(F) <= MaxCopiedSize &&
+         !findReason(getHazards(), F) && !findWish(F);
+}
+
+/// Makes functions of \p M that take values of what they read through
+/// pointers.  Returns true if there is any.
+static bool passByValue(Module &M, FunctionAnalysisManager &FAM) {
+  SmallVector<Function *, 4> Candidates;
+  for (Function &F : M)
+    if (mayTakeValues(F))
+      Candidates.push_back(&F);
+  bool Changed = false;
+  for (Function *F : Candidates)
+    for (unsigned Round = 0; F && Round != MaxRounds; ++Round) {
+      const std::optional<ValuePassing> How = findValuePassing(*F);
+      if (!How)
+        break;
+      Changed = true;
+      FAM.clear(*F, F->getName());
+      const PassedValues Passed = passValues(*F, *How);
+      FunctionPassManager Simplify;
+      Simplify.addPass(SROAPass(SROAOptions::ModifyCFG));
+      Simplify.addPass(EarlyCSEPass());
+      for (Function *Caller : Passed.Callers) {
+        FAM.invalidate(*Caller, PreservedAnalyses::none());
+        FAM.invalidate(*Caller, Simplify.run(*Caller, FAM));
+      }
+      F = Passed.Local;
+    }
+  return Changed;
+}
+
 PreservedAnalyses PromotionPass::run(Module &M, ModuleAnalysisManager &MAM) {
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
+  const bool PassesValues = passByValue(M, FAM);
   SmallVector<std::pair<std::string, const FunctionType *>, 4> Promotable;
   for (const Function &F : M)
     if (mayBePromoted(F))
       Promotable.emplace_back(F.getName().str(), F.getFunctionType());
   if (Promotable.empty())
-    return PreservedAnalyses::all();
+    return PassesValues ? PreservedAnalyses::none() : PreservedAnalyses::all();
 
+  if (PassesValues)
+    MAM.invalidate(M, PreservedAnalyses::none());
   ModulePassManager Promote;
   Promote.addPass(createModuleToPostOrderCGSCCPassAdaptor(PromotablePass()));
   PreservedAnalyses PA = Promote.run(M, MAM);
@@ -66,8 +118,7 @@ PreservedAnalyses PromotionPass::run(Module &M, ModuleAnalysisManager &MAM) {
     for (CallBase *Call : findCallsOf<CallBase>(*F))
       Callers.insert(Call->getFunction());
   }
-  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   for (Function *Caller : Callers)
     FAM.invalidate(*Caller, SROAPass(SROAOptions::ModifyCFG).run(*Caller, FAM));
-  return PA;
+  return PassesValues ? PreservedAnalyses::none() : PA;
 }

@@ -40,6 +40,12 @@ static cl::opt<unsigned> RequestedGrowth(
     cl::desc("Most code that copies add to a module that its source asks for "
              "(instructions)"));
 
+static cl::opt<unsigned> MaxStateGrowth(
+    "inlinerecursion-auto-state-growth", cl::init(20000), cl::Hidden,
+    cl::desc(
+        "Most code that copies for the states of arguments add to a module "
+        "(instructions)"));
+
 namespace {
 enum class LTOStep { Compile, Link };
 } // namespace
@@ -71,6 +77,9 @@ static constexpr unsigned FunctionShareBelowO3 = 3;
 static constexpr unsigned BodyPartsBelowO3 = 3;
 static constexpr unsigned BodyParts = 5;
 
+/// Below -O3, the part of what copies for states may add, as a divisor.
+static constexpr unsigned StateShareBelowO3 = 2;
+
 Bounds llvm::inlinerecursion::getDefaultBounds() {
   return {MaxCopies,
           MaxFunctionGrowth,
@@ -78,13 +87,15 @@ Bounds llvm::inlinerecursion::getDefaultBounds() {
           MaxModuleGrowth,
           RequestedGrowth,
           MaxBodySize,
-          /*LeavesToLink=*/BuildsFrom == LTOStep::Link};
+          /*LeavesToLink=*/BuildsFrom == LTOStep::Link,
+          MaxStateGrowth};
 }
 
 Bounds llvm::inlinerecursion::getBoundsBelowO3() {
   Bounds Limits = getDefaultBounds();
   Limits.FunctionGrowth /= FunctionShareBelowO3;
   Limits.BodySize = uint64_t(Limits.BodySize) * BodyPartsBelowO3 / BodyParts;
+  Limits.StateGrowth /= StateShareBelowO3;
   return Limits;
 }
 
@@ -100,6 +111,7 @@ static constexpr LimitParameter Parameters[] = {
     {"copies", &Bounds::Copies, MaxCopiesAtAll},
     {"function-growth", &Bounds::FunctionGrowth, ~0u},
     {"module-growth", &Bounds::ModuleGrowth, ~0u},
+    {"state-growth", &Bounds::StateGrowth, ~0u},
 };
 
 ArrayRef<LimitParameter> llvm::inlinerecursion::getLimitParameters() {

@@ -38,6 +38,8 @@ struct Bounds {
   unsigned BodySize = 80;
   /// Has the linker the plugin, too, if one is to come that optimises?
   bool LeavesToLink = false;
+  /// Most that the copies for states add to a module (instructions).
+  unsigned StateGrowth = 0;
 };
 
 /// What the options say, in front of the inliner.

@@ -97,6 +97,13 @@ bool Facts::isPath() const {
   return excludeEachOther(SelfCalls, getDominators());
 }
 
+std::shared_ptr<const StateSet> Facts::getStates() const {
+  if (!States)
+    States = std::make_shared<const StateSet>(
+        F.hasFnAttribute(StateMark) ? StateSet() : findStates(F, FAM));
+  return States;
+}
+
 const LoopInfo &Facts::getLoops() const {
   return FAM.getResult<LoopAnalysis>(F);
 }

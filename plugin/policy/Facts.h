@@ -15,8 +15,10 @@
 
 #include "host/RecursionDepthEstimator.h"
 #include "plugin/recursion/OtherCalls.h"
+#include "plugin/recursion/States.h"
 #include "plugin/rewrite/CallGuard.h"
 #include "llvm/IR/PassManager.h"
+#include <memory>
 #include <optional>
 
 namespace llvm {
@@ -78,6 +80,10 @@ public:
   /// Is none of the self calls, two or more, made where another one has been?
   bool isPath() const;
 
+  /// What is known of its arguments all along; never null, and empty for a copy
+  /// that was made for a state.
+  std::shared_ptr<const StateSet> getStates() const;
+
   const LoopInfo &getLoops() const;
   DominatorTree &getDominators() const;
   const PostDominatorTree &getPostDominators() const;
@@ -100,6 +106,7 @@ private:
   mutable std::optional<RecursionDepthEstimator> Estimator;
   mutable bool MayDepthBeKnown = false;
   mutable std::optional<std::optional<unsigned>> Depth;
+  mutable std::shared_ptr<const StateSet> States;
 };
 
 } // namespace inlinerecursion

@@ -301,7 +301,8 @@ static bool isLeftToLink(const Facts &Known, const Bounds &Limits,
 // The table
 //===----------------------------------------------------------------------===//
 
-static constexpr unsigned BesideRing = OfferChain | OfferLeaves;
+static constexpr unsigned WithConstants = OfferChain | OfferStates;
+static constexpr unsigned BesideRing = WithConstants | OfferLeaves;
 static constexpr unsigned InPlaceOfRing = BesideRing | OfferLeavesAlone;
 
 static constexpr Obstacle Obstacles[] = {
@@ -312,16 +313,16 @@ static constexpr Obstacle Obstacles[] = {
      "take a va_list in place of them"},
     {"AutoReturnsTwice", OfferNothing, false, true, callsSetjmp,
      "call setjmp outside of it"},
-    {"AutoByValue", OfferNothing, false, true, takesByValue,
+    {"AutoByValue", OfferStates, false, true, takesByValue,
      "pass it by pointer"},
     {"AutoLoop", OfferNothing, false, true, isLoopAnyway},
-    {"AutoSelfCalls", OfferSplit, false, false, hasManySelfCalls},
-    {"AutoDeclined", OfferNothing, false, false, isDeclined},
-    {"AutoOnlyCaller", OfferNothing, false, false, isOnlyCaller},
-    {"AutoFoldsLittle", OfferNothing, false, false, nestsLoops},
-    {"AutoWorkInLoop", OfferChain, false, false, worksInLoop},
-    {"AutoPathInLoops", OfferChain, false, false, isPathInLoops},
-    {"AutoOtherCalls", OfferChain, false, false, makesOtherCalls},
+    {"AutoSelfCalls", OfferStates | OfferSplit, false, false, hasManySelfCalls},
+    {"AutoDeclined", OfferStates, false, false, isDeclined},
+    {"AutoOnlyCaller", OfferStates, false, false, isOnlyCaller},
+    {"AutoFoldsLittle", OfferStates, false, false, nestsLoops},
+    {"AutoWorkInLoop", WithConstants, false, false, worksInLoop},
+    {"AutoPathInLoops", WithConstants, false, false, isPathInLoops},
+    {"AutoOtherCalls", WithConstants, false, false, makesOtherCalls},
     {"AutoNoTest", InPlaceOfRing | OfferSplit, true, false, isUntested,
      "test first whether there is anything to do"},
     {"AutoUnrolledLoop", InPlaceOfRing, false, false, losesUnrolling},

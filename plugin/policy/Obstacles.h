@@ -34,6 +34,8 @@ enum Offers : unsigned {
   /// other activations as they are.
   OfferLeavesAlone = 8,
   OfferSplit = 16,
+  /// A copy for each state.
+  OfferStates = 32,
 };
 
 /// One reason against something.
@@ -60,7 +62,8 @@ struct Obstacle {
 ArrayRef<Obstacle> getObstacles();
 
 /// What is open where none holds.
-constexpr unsigned OpenWithoutObstacle = OfferChain | OfferLeaves | OfferRing;
+constexpr unsigned OpenWithoutObstacle =
+    OfferChain | OfferStates | OfferLeaves | OfferRing;
 
 /// Does a loop without self calls take the time that the function spends?  What
 /// a leaf does in a loop is another matter, and so is the loop that a self call

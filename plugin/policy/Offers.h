@@ -24,6 +24,13 @@ struct Bounds;
 /// from outside.  It leaves no call, so it needs to fit as a whole.
 std::optional<Plan> offerChain(const Facts &Known, const Bounds &Limits);
 
+/// Where constants at the calls from outside determine what some arguments are
+/// in every activation, and there are few such states: a copy for each.  Calls
+/// from copy to copy stay calls unless little is left of the one that is
+/// called, so neither the depth nor the size of the function matters, only what
+/// the constants save.
+std::optional<Plan> offerStates(const Facts &Known, const Bounds &Limits);
+
 /// Where a recursion counts, and runs to its end, its last levels are known
 /// whatever it is entered with: a chain for those is entered by the function
 /// itself, when its counter gets there.  Such leaves are straight-line code

@@ -18,8 +18,11 @@ struct Offer {
 } // namespace
 
 static constexpr Offer InOrder[] = {
-    {OfferChain, offerChain}, {OfferLeaves, offerLeaves},
-    {OfferRing, offerRing},   {OfferLeavesAlone, offerLeavesAlone},
+    {OfferChain, offerChain},
+    {OfferStates, offerStates},
+    {OfferLeaves, offerLeaves},
+    {OfferRing, offerRing},
+    {OfferLeavesAlone, offerLeavesAlone},
     {OfferSplit, offerSplit},
 };
 

@@ -60,6 +60,9 @@ static bool isBetterRow(const Facts &Known, CallBase &First,
 bool llvm::inlinerecursion::wantsLoopsFirst(const Facts &Known,
                                             const Bounds &Limits,
                                             const Plan &Unprepared) {
+  // Of a state that leads to itself a loop is made in its copy.
+  if (Unprepared.Kind == Plan::States)
+    return false;
   SmallVector<CallBase *, 4> LoopCalls, OtherCalls;
   for (CallBase *Call : Known.getSelfCalls())
     (becomesLoop(*Call) ? LoopCalls : OtherCalls).push_back(Call);

@@ -46,6 +46,14 @@ constexpr unsigned MaxSizePerCall = 15;
 constexpr unsigned MaxOtherCalls = 1;
 
 //===----------------------------------------------------------------------===//
+// Copies for states
+//===----------------------------------------------------------------------===//
+
+/// Smallest part of the time of an activation that known arguments have to save
+/// (percent).
+constexpr unsigned MinStatesSaved = 10;
+
+//===----------------------------------------------------------------------===//
 // How many copies
 //===----------------------------------------------------------------------===//
 

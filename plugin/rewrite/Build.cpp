@@ -7,6 +7,7 @@
 #include "plugin/rewrite/Leaves.h"
 #include "plugin/rewrite/Plan.h"
 #include "plugin/rewrite/Ring.h"
+#include "plugin/rewrite/StateCopies.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -28,6 +29,9 @@ Built llvm::inlinerecursion::build(Function &F, const Plan &What, Driver &D) {
     break;
   case Plan::Leaves:
     buildLeaves(F, What, D, Result.Changed);
+    break;
+  case Plan::States:
+    Result.Copies = buildStates(F, *What.Known);
     break;
   case Plan::Ring:
     buildRing(F, What, D, Result.Changed);

@@ -10,6 +10,7 @@
 #define INLINERECURSION_PLUGIN_REWRITE_BUILD_H
 
 #include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/ADT/SmallVector.h"
 
 namespace llvm {
 
@@ -26,6 +27,8 @@ struct Built {
   SmallPtrSet<Function *, 8> Changed;
   /// What a split has left, to be asked about in turn; else null.
   Function *Rest = nullptr;
+  /// The copies for states that call themselves, to be asked about in turn.
+  SmallVector<Function *, 4> Copies;
 };
 
 /// Builds what \p What says of \p F, for which it was made.

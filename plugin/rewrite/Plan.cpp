@@ -18,6 +18,8 @@ StringRef llvm::inlinerecursion::getShapeName(Plan::Shape Kind) {
     return "ring";
   case Plan::Split:
     return "split";
+  case Plan::States:
+    return "copy for each state";
   }
   llvm_unreachable("a shape without a name");
 }

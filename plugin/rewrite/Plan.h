@@ -9,22 +9,26 @@
 #ifndef INLINERECURSION_PLUGIN_REWRITE_PLAN_H
 #define INLINERECURSION_PLUGIN_REWRITE_PLAN_H
 
+#include "plugin/recursion/States.h"
 #include "plugin/rewrite/CallGuard.h"
 #include "plugin/rewrite/CountedRecursion.h"
 #include "plugin/rewrite/EntrySplit.h"
 #include "plugin/tell/Verdict.h"
+#include <memory>
 
 namespace llvm {
 namespace inlinerecursion {
 
 struct Plan {
   /// A chain as the pass builds it at level 0; a chain of leaves, which the
-  /// function itself enters (Leaves.h); a ring (Ring.h); or a function taken
-  /// apart, whose rest is to be asked about in turn (EntrySplit.h).
-  enum Shape { Nothing, Chain, Leaves, Ring, Split };
+  /// function itself enters (Leaves.h); a ring (Ring.h); a function taken
+  /// apart, whose rest is to be asked about in turn (EntrySplit.h); or one copy
+  /// for each state (StateCopies.h).
+  enum Shape { Nothing, Chain, Leaves, Ring, Split, States };
 
   Shape Kind = Nothing;
-  /// At least 1 for a chain, 3 for leaves and 2 for a ring, 0 for others.
+  /// At least 1 for a chain, 3 for leaves, 2 for a ring and 1 for states, 0 for
+  /// others.
   unsigned Copies = 0;
   /// What leaves are entered by: as many values as there are copies.
   std::optional<RecursionCounter> Counter;
@@ -32,6 +36,8 @@ struct Plan {
   SmallVector<unsigned, 2> EntryLevels;
   /// Where the function is taken apart.
   std::optional<EntrySplit> Where;
+  /// What each copy knows; as many as there are copies.
+  std::shared_ptr<const StateSet> Known;
   /// In front of the calls that close a ring, and all that is left of the
   /// function, which enters it.
   std::optional<EntryGuard> Guard;

@@ -126,14 +126,14 @@ void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V,
   countDecision(F, V, IsPart);
   OptimizationRemarkEmitter ORE(&F);
   if (V.Accepted) {
-    auto Remark = buildRemark<OptimizationRemark>(F, V, "rebuilt as a ");
+    auto Remark = buildRemark<OptimizationRemark>(F, V, V.Outcome);
     if (none_of(V.Message, [](const Verdict::Argument &Piece) {
           return Piece.Key == "Growth";
         }))
       Remark << ore::setExtraArgs() << ore::NV("Growth", V.Growth);
     ORE.emit(Remark);
   } else {
-    auto Remark = buildRemark<OptimizationRemarkMissed>(F, V, "not chained: ");
+    auto Remark = buildRemark<OptimizationRemarkMissed>(F, V, V.Outcome);
     ORE.emit(Remark);
   }
 }

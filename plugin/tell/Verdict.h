@@ -25,6 +25,8 @@ struct Verdict {
   bool Accepted;
   /// Identifies the reason: a remark's name, one word in UpperCamelCase.
   StringRef Name;
+  /// What a remark says between the name of the function and the message.
+  StringRef Outcome;
   /// The reason as half a sentence, with the numbers as named values.
   SmallVector<Argument, 6> Message;
   /// What the user can do about a refusal, in a few words; empty where nothing
@@ -33,7 +35,9 @@ struct Verdict {
   /// What is added to the module, more or less (instructions).
   uint64_t Growth = 0;
 
-  Verdict(bool Accepted, StringRef Name) : Accepted(Accepted), Name(Name) {}
+  Verdict(bool Accepted, StringRef Name)
+      : Accepted(Accepted), Name(Name),
+        Outcome(Accepted ? "rebuilt as a " : "not chained: ") {}
 
   Verdict &operator<<(StringRef Text) {
     Message.emplace_back(Text);

@@ -1,0 +1,129 @@
+//===- StatesOffer.cpp - A copy for each state ----------------------------===//
+
+#include "plugin/policy/Bounds.h"
+#include "plugin/policy/Facts.h"
+#include "plugin/policy/Offers.h"
+#include "plugin/policy/Tuning.h"
+#include "plugin/recursion/SelfCalls.h"
+#include "llvm/ADT/SetVector.h"
+#include "llvm/ADT/SmallSet.h"
+#include "llvm/ADT/StringExtras.h"
+#include "llvm/Analysis/OptimizationRemarkEmitter.h"
+#include "llvm/IR/Constants.h"
+#include "llvm/IR/Function.h"
+#include "llvm/Support/raw_ostream.h"
+#include <algorithm>
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+using namespace llvm::inlinerecursion::tuning;
+using ore::NV;
+
+/// Is that what every call does, so that interprocedural constant propagation
+/// finds it as well?
+static bool isOneStateForAll(const Function &F, const StateSet &Found) {
+  return Found.States.size() == 1 && F.hasLocalLinkage() &&
+         F.getNumUses() ==
+             Found.Entries.size() + Found.States.front().Next.size();
+}
+
+/// The values that \p States have for the argument \p A, in words.
+static std::string describeValues(const Argument &A, const StateSet &States) {
+  SmallSetVector<Constant *, 16> Values;
+  for (const State &S : States.States)
+    if (Constant *C = S.Arguments[A.getArgNo()])
+      Values.insert(C);
+  std::string Text;
+  raw_string_ostream OS(Text);
+  if (A.hasName())
+    OS << "'" << A.getName() << "' (";
+  else
+    OS << "argument " << A.getArgNo() + 1 << " (";
+  const auto ByValue = [](const Constant *L, const Constant *R) {
+    return cast<ConstantInt>(L)->getValue().slt(
+        cast<ConstantInt>(R)->getValue());
+  };
+  if (Values.size() > 2 &&
+      all_of(Values, [](const Constant *C) { return isa<ConstantInt>(C); })) {
+    const auto [Least, Most] =
+        std::minmax_element(Values.begin(), Values.end(), ByValue);
+    cast<ConstantInt>(*Least)->getValue().print(OS, /*isSigned=*/true);
+    OS << " to ";
+    cast<ConstantInt>(*Most)->getValue().print(OS, /*isSigned=*/true);
+  } else {
+    ListSeparator Comma;
+    for (const Constant *C : Values) {
+      OS << Comma;
+      C->printAsOperand(OS, /*PrintType=*/false);
+    }
+  }
+  OS << ")";
+  return OS.str();
+}
+
+/// The arguments that \p States know, and what of them.
+static void describeStates(const Function &F, const StateSet &States,
+                           Verdict &Text) {
+  ListSeparator And(" and ");
+  for (const Argument &A : F.args())
+    if (States.isKnown(A.getArgNo()))
+      Text << StringRef(And) << NV("State", describeValues(A, States));
+}
+
+/// Can the activations of state \p To lead to state \p From?
+static bool leadsTo(const StateSet &States, unsigned To, unsigned From) {
+  SmallVector<unsigned, 16> Worklist = {To};
+  SmallSet<unsigned, 16> Seen;
+  while (!Worklist.empty()) {
+    const unsigned Number = Worklist.pop_back_val();
+    if (Number == From)
+      return true;
+    if (Seen.insert(Number).second)
+      for (auto [Call, Next] : States.States[Number].Next)
+        Worklist.push_back(Next);
+  }
+  return false;
+}
+
+/// Would a self call that the compiler makes a loop of, with no need of stack,
+/// be a call from copy to copy again and again?  A plain tail call stays one,
+/// which needs no stack either, unless variables in memory forbid it.
+static bool losesLoop(const Facts &Known, const StateSet &States) {
+  const bool AnyInMemory = Known.getFrameSize() != 0;
+  for (auto [From, S] : enumerate(States.States))
+    for (auto [Call, To] : S.Next)
+      if (To != From && becomesLoop(*Call) &&
+          (isAccumulating(*Call) || AnyInMemory) && leadsTo(States, To, From))
+        return true;
+  return false;
+}
+
+std::optional<Plan> llvm::inlinerecursion::offerStates(const Facts &Known,
+                                                       const Bounds &Limits) {
+  // Copies are simplified and cleaned up by what follows the inliner.
+  if (!Limits.InlinerFollows)
+    return std::nullopt;
+  const Function &F = Known.getFunction();
+  const std::shared_ptr<const StateSet> Found = Known.getStates();
+  if (Found->empty() || isOneStateForAll(F, *Found))
+    return std::nullopt;
+  if (losesLoop(Known, *Found))
+    return std::nullopt;
+  const unsigned Saved = Found->getSavedShare() * 100;
+  if (Saved < MinStatesSaved || Found->getSize() > Limits.StateGrowth)
+    return std::nullopt;
+
+  Plan Copies(Plan::States, "AutoStates");
+  Copies.Known = Found;
+  Copies.Copies = Found->States.size();
+  Copies.Growth = Found->getSize();
+  Copies.Decision.Outcome = "rebuilt for ";
+  Copies.Decision << NV("Copies", Copies.Copies)
+                  << (Copies.Copies == 1 ? " state" : " states") << " of ";
+  describeStates(F, *Found, Copies.Decision);
+  Copies.Decision << " by the automatic policy, " << NV("Saved", Saved)
+                  << " % of " << NV("Instructions", Known.getSize())
+                  << " instructions folded, growing by about "
+                  << NV("Growth", Copies.Growth) << " instructions";
+  return Copies;
+}

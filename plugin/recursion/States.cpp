@@ -1,0 +1,216 @@
+//===- States.cpp - What constants do along a recursion -------------------===//
+
+#include "plugin/recursion/States.h"
+#include "host/DirectCalls.h"
+#include "host/InliningPlan.h"
+#include "plugin/recursion/FoldedBody.h"
+#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/SetVector.h"
+#include "llvm/ADT/SmallBitVector.h"
+#include "llvm/ADT/SmallPtrSet.h"
+#include "llvm/IR/Constants.h"
+#include <map>
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+uint64_t StateSet::getSize() const {
+  uint64_t Size = 0;
+  for (const State &S : States)
+    Size += S.Size;
+  return Size;
+}
+
+double StateSet::getSavedShare() const {
+  // Every activation counts the same, however much it does: of how often a
+  // state is met nothing is known.
+  double Shares = 0;
+  for (const State &S : States)
+    Shares += S.Time > 0 ? S.Saved / S.Time : 0;
+  return States.empty() ? 0 : Shares / States.size();
+}
+
+bool StateSet::isKnown(unsigned Index) const {
+  return any_of(States, [Index](const State &S) {
+    return S.Arguments[Index] != nullptr;
+  });
+}
+
+/// Is \p C worth to be followed?  Where data is says nothing about it, and
+/// makes states of what differs in nothing else.
+static bool isTelling(const Constant &C) {
+  if (!C.getType()->isPointerTy())
+    return true;
+  const Value *Base = C.stripInBoundsConstantOffsets();
+  const auto *Global = dyn_cast<GlobalVariable>(Base);
+  return isa<Function>(Base) || isa<ConstantPointerNull>(Base) ||
+         (Global && Global->isConstant());
+}
+
+/// \p Tuple without what is not worth to be followed.
+static ArgumentTuple keepTelling(ArgumentTuple Tuple) {
+  for (Constant *&C : Tuple)
+    if (C && !isTelling(*C))
+      C = nullptr;
+  return Tuple;
+}
+
+bool llvm::inlinerecursion::isEnteredWithConstants(const Function &F) {
+  return anyCallOf<CallBase>(F, [&F](const CallBase &Call) {
+    return !isSelfCall(Call) &&
+           hasConstant(keepTelling(getConstantArguments(Call, F)));
+  });
+}
+
+namespace {
+/// The search from the calls from outside of one function.
+class StateSearch {
+public:
+  StateSearch(Function &F, FunctionAnalysisManager &FAM)
+      : F(F), Size(getCodeSize(F)), Folder(F, FAM) {}
+
+  StateSet run();
+
+private:
+  enum Outcome { Closed, Retry, OutOfWork };
+
+  bool searchFrom(CallBase &Entry);
+  Outcome closeOver(const ArgumentTuple &Entry, SmallBitVector &Known);
+  std::optional<unsigned> addState(const ArgumentTuple &Tuple);
+  void dropGrowing(SmallBitVector &Known);
+
+  Function &F;
+  const unsigned Size;
+  FoldedBody Folder;
+  unsigned Work = 0;
+  StateSet Found;
+  std::map<ArgumentTuple, unsigned> Numbers;
+  /// How many states there were in front of the call from outside that is
+  /// looked at.
+  size_t Before = 0;
+};
+} // namespace
+
+/// \p Tuple without the arguments that are not in \p Known.
+static ArgumentTuple restrict(ArgumentTuple Tuple,
+                              const SmallBitVector &Known) {
+  for (unsigned I = 0; I != Tuple.size(); ++I)
+    if (!Known.test(I))
+      Tuple[I] = nullptr;
+  return Tuple;
+}
+
+/// The number of the state \p Tuple; none if there are too many.
+std::optional<unsigned> StateSearch::addState(const ArgumentTuple &Tuple) {
+  const auto [Place, IsNew] =
+      Numbers.try_emplace(Tuple, unsigned(Found.States.size()));
+  if (!IsNew)
+    return Place->second;
+  if (Found.States.size() - Before == MaxStates) {
+    Numbers.erase(Place);
+    return std::nullopt;
+  }
+  Found.States.emplace_back().Arguments = Tuple;
+  return Place->second;
+}
+
+/// Takes out of \p Known the argument that takes most values.
+void StateSearch::dropGrowing(SmallBitVector &Known) {
+  unsigned Most = 0, Growing = 0;
+  for (unsigned I : Known.set_bits()) {
+    SmallPtrSet<Constant *, 16> Values;
+    for (size_t S = Before; S != Found.States.size(); ++S)
+      Values.insert(Found.States[S].Arguments[I]);
+    if (Values.size() > Most) {
+      Most = Values.size();
+      Growing = I;
+    }
+  }
+  Known.reset(Growing);
+  Found.Growing = F.getArg(Growing);
+}
+
+/// Follows the self calls from \p Entry on with the arguments in \p Known.
+/// Where that does not end, or an argument is not known everywhere, it is taken
+/// out of \p Known.
+StateSearch::Outcome StateSearch::closeOver(const ArgumentTuple &Entry,
+                                            SmallBitVector &Known) {
+  addState(restrict(Entry, Known));
+  for (size_t Next = Before; Next < Found.States.size(); ++Next) {
+    Work += Size;
+    if (Work > MaxWork)
+      return OutOfWork;
+    Folder.fold(Found.States[Next].Arguments);
+    for (CallBase *Call : Folder.getSelfCalls()) {
+      const ArgumentTuple Passed =
+          restrict(keepTelling(Folder.getPassed(*Call)), Known);
+      bool IsLost = false;
+      for (unsigned I : Known.set_bits())
+        if (!Passed[I]) {
+          Known.reset(I);
+          IsLost = true;
+        }
+      if (IsLost)
+        return Retry;
+      const std::optional<unsigned> Number = addState(Passed);
+      if (!Number) {
+        dropGrowing(Known);
+        return Retry;
+      }
+      Found.States[Next].Next.emplace_back(Call, *Number);
+    }
+    State &S = Found.States[Next];
+    S.Size = Folder.getSize();
+    S.Time = Folder.getTime();
+    S.Saved = Folder.getSaved();
+  }
+  return Closed;
+}
+
+/// Adds the states that \p Entry leads to.  False if there is no more time to
+/// look.
+bool StateSearch::searchFrom(CallBase &Entry) {
+  const ArgumentTuple Passed = keepTelling(getConstantArguments(Entry, F));
+  SmallBitVector Known(Passed.size());
+  for (unsigned I = 0; I != Passed.size(); ++I)
+    Known[I] = Passed[I] != nullptr;
+
+  Before = Found.States.size();
+  while (Known.any()) {
+    const ArgumentTuple First = restrict(Passed, Known);
+    if (auto Old = Numbers.find(First); Old != Numbers.end()) {
+      Found.Entries.emplace_back(&Entry, Old->second);
+      return true;
+    }
+    const Outcome Result = closeOver(First, Known);
+    if (Result == Closed) {
+      Found.Entries.emplace_back(&Entry, unsigned(Before));
+      return true;
+    }
+    for (size_t S = Before; S != Found.States.size(); ++S)
+      Numbers.erase(Found.States[S].Arguments);
+    Found.States.resize(Before);
+    if (Result == OutOfWork)
+      return false;
+  }
+  return true;
+}
+
+StateSet StateSearch::run() {
+  // One that also hands the function on comes more than once.
+  const auto Calls = findCallsOf<CallBase>(F);
+  for (CallBase *Call :
+       SmallSetVector<CallBase *, 8>(Calls.begin(), Calls.end()))
+    if (!isSelfCall(*Call) &&
+        hasConstant(keepTelling(getConstantArguments(*Call, F))))
+      if (!searchFrom(*Call))
+        break;
+  return std::move(Found);
+}
+
+StateSet llvm::inlinerecursion::findStates(Function &F,
+                                           FunctionAnalysisManager &FAM) {
+  if (!isSpecializable(F) || !isEnteredWithConstants(F))
+    return {};
+  return StateSearch(F, FAM).run();
+}

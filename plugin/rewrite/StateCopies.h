@@ -1,0 +1,47 @@
+//===- StateCopies.h - One copy for each state ------------------*- C++ -*-===//
+//
+/// \file
+/// Gives each state of a function (recursion/States.h) a copy in which the
+/// arguments are constants, and leads the calls there:
+///
+///   BEFORE                      AFTER
+///
+///   main                        main
+///     | solve(0, board)           | .
+///     v                           v
+///   solve <--+                  solve.specialized.0._
+///     |      |                    |
+///     +------+                    v
+///   solve(row + 1, board)       solve.specialized.1._
+///                                 |
+///                                ...  to the last row
+///
+/// Calls between copies stay calls unless little is left of the callee: one
+/// function of all rows needs a frame and registers for all of them, and takes
+/// long to compile.
+///
+/// The function itself stays for those who call it with something else.
+///
+//===----------------------------------------------------------------------===//
+
+#ifndef INLINERECURSION_PLUGIN_REWRITE_STATECOPIES_H
+#define INLINERECURSION_PLUGIN_REWRITE_STATECOPIES_H
+
+#include "llvm/ADT/SmallVector.h"
+
+namespace llvm {
+
+class Function;
+
+namespace inlinerecursion {
+
+struct StateSet;
+
+/// Builds a copy of \p F for each of \p States, which were found for it as it
+/// is.  Returns the copies that call themselves.
+SmallVector<Function *, 4> buildStates(Function &F, const StateSet &States);
+
+} // namespace inlinerecursion
+} // namespace llvm
+
+#endif // INLINERECURSION_PLUGIN_REWRITE_STATECOPIES_H
