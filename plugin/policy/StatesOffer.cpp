@@ -79,8 +79,8 @@ static bool leadsTo(const StateSet &States, unsigned To, unsigned From) {
     if (Number == From)
       return true;
     if (Seen.insert(Number).second)
-      for (auto [Call, Next] : States.States[Number].Next)
-        Worklist.push_back(Next);
+      for (const Successor &Next : States.States[Number].Next)
+        Worklist.push_back(Next.State);
   }
   return false;
 }
@@ -91,9 +91,10 @@ static bool leadsTo(const StateSet &States, unsigned To, unsigned From) {
 static bool losesLoop(const Facts &Known, const StateSet &States) {
   const bool AnyInMemory = Known.getFrameSize() != 0;
   for (auto [From, S] : enumerate(States.States))
-    for (auto [Call, To] : S.Next)
-      if (To != From && becomesLoop(*Call) &&
-          (isAccumulating(*Call) || AnyInMemory) && leadsTo(States, To, From))
+    for (const Successor &Next : S.Next)
+      if (Next.State != From && becomesLoop(*Next.Call) &&
+          (isAccumulating(*Next.Call) || AnyInMemory) &&
+          leadsTo(States, Next.State, From))
         return true;
   return false;
 }

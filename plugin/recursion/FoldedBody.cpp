@@ -3,6 +3,7 @@
 #include "plugin/recursion/FoldedBody.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/BlockFrequencyInfo.h"
+#include "llvm/Analysis/ConstantFolding.h"
 #include "llvm/Analysis/LoopInfo.h"
 #include "llvm/Analysis/ScalarEvolution.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
@@ -79,16 +80,6 @@ Constant *FoldedBody::findConstant(const Value &V) const {
       Solver->getLatticeValueFor(const_cast<Value *>(&V)));
 }
 
-ArgumentTuple FoldedBody::getPassed(const CallBase &Call) const {
-  ArgumentTuple Passed;
-  for (const Argument &A : F.args()) {
-    Constant *C = findConstant(*Call.getArgOperand(A.getArgNo()));
-    Passed.push_back(C && isReplaceable(A) && isLastingConstant(*C) ? C
-                                                                    : nullptr);
-  }
-  return Passed;
-}
-
 /// Is nothing left to do of \p I, which stands in a block that is reached?
 bool FoldedBody::isFolded(const Instruction &I) const {
   if (const auto *Branch = dyn_cast<BranchInst>(&I))
@@ -127,17 +118,91 @@ private:
 };
 } // namespace
 
+/// How many times the head of \p L is run, if that is known and few times.
+/// ScalarEvolution knows what holds for all arguments, and gives up where some
+/// of them let the loop run for ever; here it is followed trip by trip.
+std::optional<unsigned> FoldedBody::findTrips(const Loop &L) const {
+  const BasicBlock *Exiting = L.getExitingBlock();
+  const auto *Branch =
+      Exiting ? dyn_cast<BranchInst>(Exiting->getTerminator()) : nullptr;
+  const auto *Test = Branch && Branch->isConditional()
+                         ? dyn_cast<ICmpInst>(Branch->getCondition())
+                         : nullptr;
+  // What stands behind the head may not be reached in every trip.
+  if (!Test || (Exiting != L.getHeader() && Exiting != L.getLoopLatch()))
+    return std::nullopt;
+  const bool StaysIf = L.contains(Branch->getSuccessor(0));
+  for (unsigned Trip = 0; Trip != MaxUnrolledTrips; ++Trip) {
+    Constant *LHS = findAtTrip(*Test->getOperand(0), L, Trip);
+    Constant *RHS = findAtTrip(*Test->getOperand(1), L, Trip);
+    if (!LHS || !RHS)
+      return std::nullopt;
+    const auto *Stays =
+        dyn_cast_or_null<ConstantInt>(ConstantFoldCompareInstOperands(
+            Test->getPredicate(), LHS, RHS, F.getParent()->getDataLayout()));
+    if (!Stays)
+      return std::nullopt;
+    if (Stays->isOne() != StaysIf)
+      return Trip + 1;
+  }
+  return std::nullopt;
+}
+
+/// What \p V, which is computed in \p L, is in the trip \p Trip, counted from
+/// 0; null if that is not known.
+Constant *FoldedBody::findAtTrip(const Value &V, const Loop &L,
+                                 unsigned Trip) const {
+  if (Constant *C = findConstant(V))
+    return C;
+  auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
+  if (!SE.isSCEVable(V.getType()) || !V.getType()->isIntegerTy())
+    return nullptr;
+  auto FindConstant = [this](const Value &V) { return findConstant(V); };
+  const auto *Steps = dyn_cast<SCEVAddRecExpr>(
+      KnownValues(SE, FindConstant).visit(SE.getSCEV(const_cast<Value *>(&V))));
+  if (!Steps || Steps->getLoop() != &L || !Steps->isAffine())
+    return nullptr;
+  const auto *Number = dyn_cast<SCEVConstant>(
+      Steps->evaluateAtIteration(SE.getConstant(V.getType(), Trip), SE));
+  return Number ? Number->getValue() : nullptr;
+}
+
+SmallVector<ArgumentTuple, 4>
+FoldedBody::getPassed(const CallBase &Call) const {
+  SmallVector<ArgumentTuple, 4> Passed(1);
+  for (const Argument &A : F.args()) {
+    Constant *C = findConstant(*Call.getArgOperand(A.getArgNo()));
+    Passed.front().push_back(
+        C && isReplaceable(A) && isLastingConstant(*C) ? C : nullptr);
+  }
+  const Loop *L = FAM.getResult<LoopAnalysis>(F).getLoopFor(Call.getParent());
+  // What comes next of an invoke is not the same block for all trips.
+  if (!L || !isa<CallInst>(Call))
+    return Passed;
+  SmallVector<unsigned, 4> Counted;
+  for (const Argument &A : F.args())
+    if (!Passed.front()[A.getArgNo()] && isReplaceable(A) &&
+        findAtTrip(*Call.getArgOperand(A.getArgNo()), *L, 0))
+      Counted.push_back(A.getArgNo());
+  std::optional<unsigned> Trips = findTrips(*L);
+  if (Counted.empty() || !Trips)
+    return Passed;
+  // A loop that is left at its head runs its body once less.
+  if (L->getExitingBlock() == L->getHeader() &&
+      Call.getParent() != L->getHeader())
+    --*Trips;
+  Passed.resize(*Trips, Passed.front());
+  for (unsigned Trip = 0; Trip != *Trips; ++Trip)
+    for (unsigned Index : Counted)
+      Passed[Trip][Index] = findAtTrip(*Call.getArgOperand(Index), *L, Trip);
+  return Passed;
+}
+
 /// What knowing the number of trips of \p L saves beside what is known in it
 /// anyway.
 double FoldedBody::weighLoop(const Loop &L) const {
   auto &SE = FAM.getResult<ScalarEvolutionAnalysis>(F);
-  const SCEV *Trips = SE.getBackedgeTakenCount(&L);
-  if (isa<SCEVCouldNotCompute>(Trips) || isa<SCEVConstant>(Trips))
-    return 0;
-  auto FindConstant = [this](const Value &V) { return findConstant(V); };
-  const auto *Number =
-      dyn_cast<SCEVConstant>(KnownValues(SE, FindConstant).visit(Trips));
-  if (!Number || Number->getAPInt().uge(MaxUnrolledTrips))
+  if (isa<SCEVConstant>(SE.getBackedgeTakenCount(&L)) || !findTrips(L))
     return 0;
   double Body = 0;
   const auto &LI = FAM.getResult<LoopAnalysis>(F);

@@ -20,6 +20,7 @@
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/IR/PassManager.h"
 #include <memory>
+#include <optional>
 
 namespace llvm {
 
@@ -46,8 +47,10 @@ public:
   /// The self calls that may be made, in the order of the body.
   ArrayRef<CallBase *> getSelfCalls() const { return SelfCalls; }
 
-  /// What \p Call, one of them, passes: null for what is not known.
-  ArgumentTuple getPassed(const CallBase &Call) const;
+  /// What \p Call, one of them, passes: null for what is not known.  Several
+  /// tuples, one for each trip, if it is made in a loop that is known to make
+  /// few, and what counts the trips is passed; none if it makes none.
+  SmallVector<ArgumentTuple, 4> getPassed(const CallBase &Call) const;
 
   /// The instructions that are left.
   unsigned getSize() const { return Size; }
@@ -64,6 +67,8 @@ private:
   bool isFolded(const Instruction &I) const;
   double getCost(const Instruction &I) const;
   void weigh(const BasicBlock &BB);
+  std::optional<unsigned> findTrips(const Loop &L) const;
+  Constant *findAtTrip(const Value &V, const Loop &L, unsigned Trip) const;
   double weighLoop(const Loop &L) const;
 
   Function &F;

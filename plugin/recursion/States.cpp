@@ -10,6 +10,7 @@
 #include "llvm/ADT/SmallPtrSet.h"
 #include "llvm/IR/Constants.h"
 #include <map>
+#include <optional>
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -76,6 +77,7 @@ private:
 
   bool searchFrom(CallBase &Entry);
   Outcome closeOver(const ArgumentTuple &Entry, SmallBitVector &Known);
+  Outcome follow(size_t From, CallBase &Call, SmallBitVector &Known);
   std::optional<unsigned> addState(const ArgumentTuple &Tuple);
   void dropGrowing(SmallBitVector &Known);
 
@@ -90,6 +92,20 @@ private:
   size_t Before = 0;
 };
 } // namespace
+
+/// The argument by which the tuples of \p Passed, two or more, can be told from
+/// each other; none if there is no such number.
+static std::optional<unsigned> findSelector(ArrayRef<ArgumentTuple> Passed) {
+  for (unsigned I = 0; I != Passed.front().size(); ++I) {
+    SmallPtrSet<Constant *, 16> Values;
+    for (const ArgumentTuple &Tuple : Passed)
+      if (isa_and_nonnull<ConstantInt>(Tuple[I]))
+        Values.insert(Tuple[I]);
+    if (Values.size() == Passed.size())
+      return I;
+  }
+  return std::nullopt;
+}
 
 /// \p Tuple without the arguments that are not in \p Known.
 static ArgumentTuple restrict(ArgumentTuple Tuple,
@@ -130,6 +146,45 @@ void StateSearch::dropGrowing(SmallBitVector &Known) {
   Found.Growing = F.getArg(Growing);
 }
 
+/// Adds what \p Call, made in the state \p From, leads to.
+StateSearch::Outcome StateSearch::follow(size_t From, CallBase &Call,
+                                         SmallBitVector &Known) {
+  // What is not known in one trip is lost.
+  const SmallVector<ArgumentTuple, 4> EachTrip = Folder.getPassed(Call);
+  SmallBitVector Still = Known;
+  for (const ArgumentTuple &Trip : EachTrip)
+    for (unsigned I : Known.set_bits())
+      if (!Trip[I] || !isTelling(*Trip[I]))
+        Still.reset(I);
+  if (Still != Known) {
+    Known = Still;
+    return Retry;
+  }
+  SmallVector<ArgumentTuple, 4> Passed;
+  for (const ArgumentTuple &Trip : EachTrip)
+    if (const ArgumentTuple Tuple = restrict(Trip, Known);
+        !is_contained(Passed, Tuple))
+      Passed.push_back(Tuple);
+  std::optional<unsigned> Selector;
+  if (Passed.size() > 1 && !(Selector = findSelector(Passed))) {
+    for (unsigned I : Still.set_bits())
+      if (any_of(Passed, [&](const ArgumentTuple &Tuple) {
+            return Tuple[I] != Passed.front()[I];
+          }))
+        Known.reset(I);
+    return Retry;
+  }
+  for (const ArgumentTuple &Tuple : Passed) {
+    const std::optional<unsigned> Number = addState(Tuple);
+    if (!Number) {
+      dropGrowing(Known);
+      return Retry;
+    }
+    Found.States[From].Next.push_back({&Call, *Number, Selector});
+  }
+  return Closed;
+}
+
 /// Follows the self calls from \p Entry on with the arguments in \p Known.
 /// Where that does not end, or an argument is not known everywhere, it is taken
 /// out of \p Known.
@@ -141,24 +196,9 @@ StateSearch::Outcome StateSearch::closeOver(const ArgumentTuple &Entry,
     if (Work > MaxWork)
       return OutOfWork;
     Folder.fold(Found.States[Next].Arguments);
-    for (CallBase *Call : Folder.getSelfCalls()) {
-      const ArgumentTuple Passed =
-          restrict(keepTelling(Folder.getPassed(*Call)), Known);
-      bool IsLost = false;
-      for (unsigned I : Known.set_bits())
-        if (!Passed[I]) {
-          Known.reset(I);
-          IsLost = true;
-        }
-      if (IsLost)
-        return Retry;
-      const std::optional<unsigned> Number = addState(Passed);
-      if (!Number) {
-        dropGrowing(Known);
-        return Retry;
-      }
-      Found.States[Next].Next.emplace_back(Call, *Number);
-    }
+    for (CallBase *Call : Folder.getSelfCalls())
+      if (const Outcome Result = follow(Next, *Call, Known); Result != Closed)
+        return Result;
     State &S = Found.States[Next];
     S.Size = Folder.getSize();
     S.Time = Folder.getTime();

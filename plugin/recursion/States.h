@@ -12,6 +12,9 @@
 /// the place of the arguments: arithmetic, remainders, selects, loads from
 /// constant tables and addresses of functions are all known to it.
 ///
+/// Where a self call stands in a loop that the state lets make few trips, and
+/// what counts them is passed, each trip leads to a state of its own.
+///
 /// Arguments are in the state as long as every reachable self call passes a
 /// constant for them.  One that does not leaves the state, and the search
 /// starts again without it.  So does the one that takes most values, where
@@ -29,6 +32,8 @@
 
 #include "host/Specializations.h"
 #include "llvm/IR/PassManager.h"
+#include <optional>
+#include <vector>
 
 namespace llvm {
 
@@ -36,13 +41,23 @@ class CallBase;
 
 namespace inlinerecursion {
 
+/// What a self call leads to.
+struct Successor {
+  CallBase *Call;
+  /// The number of the state.
+  unsigned State;
+  /// Where a call in a loop leads to another state in each trip: the argument
+  /// that says which, a number in all of them.  Not for an invoke.
+  std::optional<unsigned> Selector;
+};
+
 /// One tuple of known arguments, and what the function is with them.
 struct State {
   /// Null for arguments that are not part of the state.
   ArgumentTuple Arguments;
-  /// The self calls that it may make, and the states that they lead to, by
-  /// number.
-  SmallVector<std::pair<CallBase *, unsigned>, 4> Next;
+  /// The self calls that it may make, in the order of the body; one call once
+  /// for each state that it leads to.
+  SmallVector<Successor, 4> Next;
   /// The instructions that are left of the body.
   unsigned Size = 0;
   /// What an activation takes, in instructions weighted by how often their

@@ -5,7 +5,8 @@
 #include "plugin/ir/Names.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/recursion/States.h"
-#include "llvm/IR/InstrTypes.h"
+#include "llvm/IR/IRBuilder.h"
+#include "llvm/IR/Instructions.h"
 #include "llvm/Support/CommandLine.h"
 
 using namespace llvm;
@@ -16,6 +17,34 @@ static cl::opt<unsigned> MaxInlinedSize(
     cl::desc(
         "Largest size, with what is inlined into it, of a copy for a state "
         "that is itself inlined into its callers (instructions)"));
+
+/// Puts a call for the case that \p Call passes \p Value as its argument
+/// \p Index in front of it, and returns that.  Where the loop around it is
+/// unrolled, nothing is left of the test.
+static CallInst &makeCase(CallInst &Call, unsigned Index, ConstantInt &Value) {
+  BasicBlock *Head = Call.getParent();
+  BasicBlock *Rest = Head->splitBasicBlock(&Call);
+  BasicBlock *Behind = Rest->splitBasicBlock(std::next(Call.getIterator()));
+  BasicBlock *Case =
+      BasicBlock::Create(Call.getContext(), "", Head->getParent(), Rest);
+  Head->getTerminator()->eraseFromParent();
+  IRBuilder<> Builder(Head);
+  Builder.SetCurrentDebugLocation(Call.getDebugLoc());
+  Builder.CreateCondBr(Builder.CreateICmpEQ(Call.getArgOperand(Index), &Value),
+                       Case, Rest);
+  auto *New = cast<CallInst>(Call.clone());
+  Builder.SetInsertPoint(Case);
+  Builder.Insert(New);
+  Builder.CreateBr(Behind);
+  if (Call.getType()->isVoidTy())
+    return *New;
+  Builder.SetInsertPoint(&Behind->front());
+  PHINode *Result = Builder.CreatePHI(Call.getType(), 2);
+  Call.replaceAllUsesWith(Result);
+  Result->addIncoming(&Call, Rest);
+  Result->addIncoming(New, Case);
+  return *New;
+}
 
 SmallVector<Function *, 4>
 llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
@@ -28,9 +57,16 @@ llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
     return States.States[Number].Arguments;
   };
   for (auto [S, CallsOfS] : zip(States.States, Calls))
-    for (auto [Call, Number] : S.Next)
-      if (CallBase *Clone = CallsOfS.lookup(Call))
-        Made.redirect(*Clone, Target(Number));
+    for (const Successor &Next : S.Next) {
+      CallBase *Clone = CallsOfS.lookup(Next.Call);
+      if (!Clone)
+        continue;
+      const ArgumentTuple &Tuple = Target(Next.State);
+      if (Next.Selector)
+        Clone = &makeCase(cast<CallInst>(*Clone), *Next.Selector,
+                          cast<ConstantInt>(*Tuple[*Next.Selector]));
+      Made.redirect(*Clone, Tuple);
+    }
   for (auto [Call, Number] : States.Entries)
     Made.redirect(*Call, Target(Number));
 
