@@ -34,7 +34,7 @@ void llvm::planInlining(ArrayRef<Function *> Group, unsigned MaxInlinedSize,
   for (Function *F : reverse(Group)) {
     unsigned Size = getCodeSize(*F);
     for (Instruction &I : instructions(*F)) {
-      auto *Call = dyn_cast<CallInst>(&I);
+      auto *Call = dyn_cast<CallBase>(&I);
       Function *Callee = Call ? Call->getCalledFunction() : nullptr;
       if (!Callee || !Members.contains(Callee))
         continue;

@@ -205,6 +205,12 @@ Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
   Plan Smaller = makePlan(Tried.getFacts(), Rest);
   if (Smaller.Kind != Plan::Nothing && Smaller.Growth <= Share)
     return Smaller;
+  if (Wanted.Kind == Plan::States)
+    return Plan(refuse(NoRoom, "raise -inlinerecursion-auto-state-growth")
+                << "copies for its states would add "
+                << NV("Growth", Wanted.Growth)
+                << " instructions, and those of a module may not add more than "
+                << NV("Limit", Limits.StateGrowth));
   return Plan(refuse(NoRoom, "raise -inlinerecursion-auto-module-growth")
               << "a " << getShapeName(Wanted.Kind) << " of it would add "
               << NV("Growth", Wanted.Growth)

@@ -59,7 +59,8 @@ PreservedAnalyses CallRepairPass::run(Module &M, ModuleAnalysisManager &MAM) {
   removeProtection(M);
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   for (Function &Copy : M) {
-    if (Copy.isDeclaration() || !Copy.hasLocalLinkage() || !hasCloneMark(Copy))
+    if (Copy.isDeclaration() || !Copy.hasLocalLinkage() ||
+        (!hasCloneMark(Copy) && !Copy.hasFnAttribute(StateMark)))
       continue;
     for (CallBase *Call : findCallsOf<CallBase>(Copy)) {
       completeAttributes(*Call, Copy);

@@ -51,20 +51,20 @@ static SmallVector<Family, 0> takeFamilies(Module &M) {
   return Copied;
 }
 
-static std::optional<uint64_t> getCount(const CallInst &Call,
+static std::optional<uint64_t> getCount(const CallBase &Call,
                                         FunctionAnalysisManager &FAM) {
   auto *Caller = const_cast<Function *>(Call.getFunction());
   return FAM.getResult<BlockFrequencyAnalysis>(*Caller).getBlockProfileCount(
       Call.getParent());
 }
 
-/// How often \p Copy is entered.  Plain direct calls are the only way into a
+/// How often \p Copy is entered.  Direct calls are the only way into a
 /// copy, so their blocks tell; those in its own family do not, as long as they
 /// have the counts of all of it.
 static std::optional<uint64_t> getEntries(Function &Copy, const Family &Members,
                                           FunctionAnalysisManager &FAM) {
   uint64_t Entries = 0;
-  for (const CallInst *Call : findCallsOf(Copy)) {
+  for (const CallBase *Call : findCallsOf<CallBase>(Copy)) {
     if (Call->getFunction() == Members.Origin ||
         is_contained(Members.Copies, Call->getFunction()))
       return std::nullopt;

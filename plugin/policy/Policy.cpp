@@ -68,5 +68,7 @@ Plan llvm::inlinerecursion::makePlan(const Facts &Known, const Bounds &Limits) {
     if (Open & Next.Bit)
       if (std::optional<Plan> Offered = Next.Make(Known, Limits))
         return std::move(*Offered);
+  if (Open & OfferStates)
+    explainNoStates(Known, Limits, Refused.Decision);
   return Refused;
 }

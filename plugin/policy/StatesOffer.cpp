@@ -27,6 +27,12 @@ static bool isOneStateForAll(const Function &F, const StateSet &Found) {
              Found.Entries.size() + Found.States.front().Next.size();
 }
 
+/// What \p A is called.
+static std::string describe(const Argument &A) {
+  return A.hasName() ? ("'" + A.getName() + "'").str()
+                     : "argument " + utostr(A.getArgNo() + 1);
+}
+
 /// The values that \p States have for the argument \p A, in words.
 static std::string describeValues(const Argument &A, const StateSet &States) {
   SmallSetVector<Constant *, 16> Values;
@@ -35,10 +41,7 @@ static std::string describeValues(const Argument &A, const StateSet &States) {
       Values.insert(C);
   std::string Text;
   raw_string_ostream OS(Text);
-  if (A.hasName())
-    OS << "'" << A.getName() << "' (";
-  else
-    OS << "argument " << A.getArgNo() + 1 << " (";
+  OS << describe(A) << " (";
   const auto ByValue = [](const Constant *L, const Constant *R) {
     return cast<ConstantInt>(L)->getValue().slt(
         cast<ConstantInt>(R)->getValue());
@@ -99,6 +102,37 @@ static bool losesLoop(const Facts &Known, const StateSet &States) {
   return false;
 }
 
+/// Is there anything against copies for the states of a function, of which
+/// there are some, or none because one argument takes too many values?  If so,
+/// that is appended to \p Why.
+static bool isNotWorthIt(const Facts &Known, const Bounds &Limits,
+                         Verdict &Why) {
+  const StateSet &Found = *Known.getStates();
+  if (Found.empty()) {
+    const Argument &A = *Found.Growing;
+    Why << "no finite states: " << NV("State", describe(A))
+        << " takes more than " << NV("Limit", MaxStates) << " values";
+    return true;
+  }
+  const unsigned Saved = Found.getSavedShare() * 100;
+  if (Saved < MinStatesSaved) {
+    Why << "known arguments would save " << NV("Saved", Saved)
+        << " % of the time, less than " << NV("Limit", MinStatesSaved);
+    return true;
+  }
+  if (losesLoop(Known, Found)) {
+    Why << "what becomes a loop would be calls between its states";
+    return true;
+  }
+  if (Found.getSize() > Limits.StateGrowth) {
+    Why << "copies for " << NV("States", unsigned(Found.States.size()))
+        << " states would add " << NV("Growth", Found.getSize())
+        << " instructions, more than " << NV("Limit", Limits.StateGrowth);
+    return true;
+  }
+  return false;
+}
+
 std::optional<Plan> llvm::inlinerecursion::offerStates(const Facts &Known,
                                                        const Bounds &Limits) {
   // Copies are simplified and cleaned up by what follows the inliner.
@@ -106,12 +140,9 @@ std::optional<Plan> llvm::inlinerecursion::offerStates(const Facts &Known,
     return std::nullopt;
   const Function &F = Known.getFunction();
   const std::shared_ptr<const StateSet> Found = Known.getStates();
-  if (Found->empty() || isOneStateForAll(F, *Found))
-    return std::nullopt;
-  if (losesLoop(Known, *Found))
-    return std::nullopt;
-  const unsigned Saved = Found->getSavedShare() * 100;
-  if (Saved < MinStatesSaved || Found->getSize() > Limits.StateGrowth)
+  Verdict Why = refuse("");
+  if (Found->empty() || isOneStateForAll(F, *Found) ||
+      isNotWorthIt(Known, Limits, Why))
     return std::nullopt;
 
   Plan Copies(Plan::States, "AutoStates");
@@ -122,9 +153,28 @@ std::optional<Plan> llvm::inlinerecursion::offerStates(const Facts &Known,
   Copies.Decision << NV("Copies", Copies.Copies)
                   << (Copies.Copies == 1 ? " state" : " states") << " of ";
   describeStates(F, *Found, Copies.Decision);
-  Copies.Decision << " by the automatic policy, " << NV("Saved", Saved)
+  Copies.Decision << " by the automatic policy, "
+                  << NV("Saved", unsigned(Found->getSavedShare() * 100))
                   << " % of " << NV("Instructions", Known.getSize())
                   << " instructions folded, growing by about "
                   << NV("Growth", Copies.Growth) << " instructions";
   return Copies;
+}
+
+void llvm::inlinerecursion::explainNoStates(const Facts &Known,
+                                            const Bounds &Limits,
+                                            Verdict &Refusal) {
+  // Behind the inliner, and with no room at all, nothing has been looked for.
+  if (!Limits.InlinerFollows || Limits.StateGrowth == 0)
+    return;
+  const StateSet &Found = *Known.getStates();
+  if ((Found.empty() && !Found.Growing) ||
+      isOneStateForAll(Known.getFunction(), Found))
+    return;
+  Verdict Why = refuse("");
+  if (!isNotWorthIt(Known, Limits, Why))
+    return;
+  Refusal << "; for constants, ";
+  for (Verdict::Argument &Piece : Why.Message)
+    Refusal << std::move(Piece);
 }

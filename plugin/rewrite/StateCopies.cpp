@@ -50,8 +50,13 @@ SmallVector<Function *, 4>
 llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
   Specializations Made(F);
   std::vector<Specializations::CallMap> Calls(States.States.size());
-  for (auto [S, CallsOfS] : zip(States.States, Calls))
-    Made.make(S.Arguments, &CallsOfS).addFnAttr(StateMark);
+  for (auto [S, CallsOfS] : zip(States.States, Calls)) {
+    Function &Copy = Made.make(S.Arguments, &CallsOfS);
+    Copy.addFnAttr(StateMark);
+    // The source asks for the function, once.
+    Copy.removeFnAttr(Request);
+    Copy.removeFnAttr(CopiesMark);
+  }
 
   auto Target = [&States](unsigned Number) -> const ArgumentTuple & {
     return States.States[Number].Arguments;
