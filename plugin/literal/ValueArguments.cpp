@@ -158,7 +158,7 @@ bool PassedMemory::isOnlyHere(const Value &Pointer) const {
 bool PassedMemory::mayPassValues(const CallBase &Call,
                                  const ReadArgument &Read) const {
   const Value *Passed = Call.getArgOperand(Read.Index);
-  // Handed through, from who has passed what may be handed through.
+  // Handed through: in the local function, a value that was passed as one.
   if (Passed == F.getArg(Read.Index))
     return true;
   const DataLayout &DL = F.getParent()->getDataLayout();
@@ -195,6 +195,15 @@ static SetVector<CallBase *> findEachCallOf(const Function &F) {
   return Calls;
 }
 
+/// Does \p Call, of the function that it stands in, pass an argument of \p How
+/// as it came?  Whoever has called that function may have passed what changes
+/// meanwhile; only the local function knows better.
+static bool handsThrough(const CallBase &Call, const ValuePassing &How) {
+  return any_of(How.Arguments, [&Call](const ReadArgument &Read) {
+    return isa<Argument>(Call.getArgOperand(Read.Index));
+  });
+}
+
 std::optional<ValuePassing>
 llvm::inlinerecursion::findValuePassing(Function &F) {
   if (F.isVarArg())
@@ -225,8 +234,9 @@ llvm::inlinerecursion::findValuePassing(Function &F) {
   if (Parts == 0 || Parts > MaxParts)
     return std::nullopt;
   const PassedMemory Memory(F, How.Arguments);
-  copy_if(Calls, std::back_inserter(How.Calls),
-          [&](const CallBase *Call) { return Memory.mayPassValues(*Call); });
+  copy_if(Calls, std::back_inserter(How.Calls), [&](const CallBase *Call) {
+    return Memory.mayPassValues(*Call) && !handsThrough(*Call, How);
+  });
   return How;
 }
 
@@ -391,9 +401,13 @@ PassedValues llvm::inlinerecursion::passValues(Function &F,
     Result.Callers.insert(Call->getFunction());
     passValuesAt(*Call, F, How, Local);
   }
-  if (F.hasLocalLinkage() && F.use_empty()) {
+  if (F.hasLocalLinkage() && all_of(F.users(), [&F](const User *U) {
+        const auto *I = dyn_cast<Instruction>(U);
+        return I && I->getFunction() == &F;
+      })) {
     Result.Callers.erase(&F);
     Local.takeName(&F);
+    F.dropAllReferences();
     F.eraseFromParent();
   }
   return Result;

@@ -27,8 +27,9 @@
 ///                                 |                             |
 ///                                 +------- row+1 ---------------+
 ///
-/// What a call passes may also be constant memory, or, in the body, the
-/// argument itself.
+/// What a call passes may also be constant memory.  In the local function, it
+/// may be the argument itself: the value goes on.  In the other one it may not,
+/// as whoever calls that may have passed what the body changes.
 ///
 //===----------------------------------------------------------------------===//
 
@@ -67,7 +68,8 @@ struct ReadArgument {
 struct ValuePassing {
   /// Never empty, in the order of the arguments.
   SmallVector<ReadArgument, 2> Arguments;
-  /// The calls, in the body and outside, that pass values from now on.
+  /// The calls, in the body and outside, that pass values from now on.  Those
+  /// in the body of the local function do so anyway.
   SmallVector<CallBase *, 8> Calls;
 };
 
