@@ -22,7 +22,7 @@ uint64_t StateSet::getSize() const {
   return Size;
 }
 
-double StateSet::getSavedShare() const {
+double llvm::inlinerecursion::getSavedShare(ArrayRef<State> States) {
   // Every activation counts the same, however much it does: of how often a
   // state is met nothing is known.
   double Shares = 0;
@@ -36,6 +36,9 @@ bool StateSet::isKnown(unsigned Index) const {
     return S.Arguments[Index] != nullptr;
   });
 }
+
+/// The part of what is saved that is enough to do with fewer states.
+static constexpr double EnoughShare = 0.9;
 
 /// Is \p C worth to be followed?  Where data is says nothing about it, and
 /// makes states of what differs in nothing else.
@@ -76,6 +79,9 @@ private:
   enum Outcome { Closed, Retry, OutOfWork };
 
   bool searchFrom(CallBase &Entry);
+  Outcome closeAround(const ArgumentTuple &Passed, SmallBitVector &Known);
+  void dropIdle(const ArgumentTuple &Passed, SmallBitVector &Known);
+  void takeBack();
   Outcome closeOver(const ArgumentTuple &Entry, SmallBitVector &Known);
   Outcome follow(size_t From, CallBase &Call, SmallBitVector &Known);
   std::optional<unsigned> addState(const ArgumentTuple &Tuple);
@@ -207,6 +213,62 @@ StateSearch::Outcome StateSearch::closeOver(const ArgumentTuple &Entry,
   return Closed;
 }
 
+/// The states that were found since Before are none.
+void StateSearch::takeBack() {
+  for (size_t S = Before; S != Found.States.size(); ++S)
+    Numbers.erase(Found.States[S].Arguments);
+  Found.States.resize(Before);
+}
+
+/// Finds the states that a call with \p Passed leads to, with as many arguments
+/// of \p Known as there can be.  Retry if there are none.
+StateSearch::Outcome StateSearch::closeAround(const ArgumentTuple &Passed,
+                                              SmallBitVector &Known) {
+  while (Known.any()) {
+    const ArgumentTuple First = restrict(Passed, Known);
+    if (Numbers.count(First))
+      return Closed;
+    const Outcome Result = closeOver(First, Known);
+    if (Result == Closed)
+      return Closed;
+    takeBack();
+    if (Result == OutOfWork)
+      return OutOfWork;
+  }
+  return Retry;
+}
+
+/// Takes arguments out of \p Known that make more states and save next to
+/// nothing.
+void StateSearch::dropIdle(const ArgumentTuple &Passed, SmallBitVector &Known) {
+  for (unsigned I = 0; I != Passed.size(); ++I) {
+    const ArrayRef<State> New = ArrayRef(Found.States).drop_front(Before);
+    if (!Known.test(I) || Known.count() == 1 || New.size() == 1)
+      continue;
+    const size_t Count = New.size();
+    const double Share = inlinerecursion::getSavedShare(New);
+    const Argument *const Growing = Found.Growing;
+    std::vector<State> Kept(New.begin(), New.end());
+    takeBack();
+    SmallBitVector Fewer = Known;
+    Fewer.reset(I);
+    if (closeAround(Passed, Fewer) == Closed) {
+      const auto Tried = ArrayRef(Found.States).drop_front(Before);
+      if (!Tried.empty() && Tried.size() < Count &&
+          inlinerecursion::getSavedShare(Tried) >= Share * EnoughShare) {
+        Known = Fewer;
+        continue;
+      }
+    }
+    takeBack();
+    Found.Growing = Growing;
+    for (State &S : Kept) {
+      Numbers[S.Arguments] = Found.States.size();
+      Found.States.push_back(std::move(S));
+    }
+  }
+}
+
 /// Adds the states that \p Entry leads to.  False if there is no more time to
 /// look.
 bool StateSearch::searchFrom(CallBase &Entry) {
@@ -216,23 +278,11 @@ bool StateSearch::searchFrom(CallBase &Entry) {
     Known[I] = Passed[I] != nullptr;
 
   Before = Found.States.size();
-  while (Known.any()) {
-    const ArgumentTuple First = restrict(Passed, Known);
-    if (auto Old = Numbers.find(First); Old != Numbers.end()) {
-      Found.Entries.emplace_back(&Entry, Old->second);
-      return true;
-    }
-    const Outcome Result = closeOver(First, Known);
-    if (Result == Closed) {
-      Found.Entries.emplace_back(&Entry, unsigned(Before));
-      return true;
-    }
-    for (size_t S = Before; S != Found.States.size(); ++S)
-      Numbers.erase(Found.States[S].Arguments);
-    Found.States.resize(Before);
-    if (Result == OutOfWork)
-      return false;
-  }
+  const Outcome Result = closeAround(Passed, Known);
+  if (Result != Closed)
+    return Result != OutOfWork;
+  dropIdle(Passed, Known);
+  Found.Entries.emplace_back(&Entry, Numbers.at(restrict(Passed, Known)));
   return true;
 }
 

@@ -19,7 +19,8 @@
 /// constant for them.  One that does not leaves the state, and the search
 /// starts again without it.  So does the one that takes most values, where
 /// there are too many: a counter towards an unknown limit, or the number of a
-/// node in a tree.  What is left when no call from outside has a constant for
+/// node in a tree; and one without which there are fewer states that save
+/// nearly as much.  What is left when no call from outside has a constant for
 /// it is no state at all.
 ///
 /// Reads only.  At most MaxStates states of one call from outside, at most
@@ -67,6 +68,9 @@ struct State {
   double Saved = 0;
 };
 
+/// The part of the time that is saved in \p States (0 to 1).
+double getSavedShare(ArrayRef<State> States);
+
 struct StateSet {
   /// In the order in which they are met.
   std::vector<State> States;
@@ -82,7 +86,9 @@ struct StateSet {
   uint64_t getSize() const;
 
   /// The part of the time that is saved (0 to 1).
-  double getSavedShare() const;
+  double getSavedShare() const {
+    return inlinerecursion::getSavedShare(States);
+  }
 
   /// Is the argument with the number \p Index part of the state of any
   /// activation?
