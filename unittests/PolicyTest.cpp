@@ -713,6 +713,22 @@ TEST(AutoRingTest, GuardedAndStaggered) {
   EXPECT_EQ(A.What.Copies, 5u);
 }
 
+TEST(AutoRingTest, LeavesWhatALoopMayMakeOnceIfItOnlyReads) {
+  const std::string Calls = "  %l = load ptr, ptr %p\n"
+                            "  call void @f(i32 1, ptr %l)\n"
+                            "  call void @f(i32 2, ptr %l)\n";
+  const auto Keeps = [](const std::string &Body) {
+    const Asked A(voidWith(Body));
+    EXPECT_TRUE(A.What.Kind == Plan::Ring && A.What.Guard);
+    return A.What.KeepsHoistableCalls;
+  };
+  EXPECT_TRUE(Keeps(Calls));
+  EXPECT_TRUE(Keeps(Calls + "  %x = call i32 @pure(i32 %n)\n"));
+  EXPECT_FALSE(Keeps(Calls + "  store i32 %n, ptr %p\n"));
+  EXPECT_FALSE(Keeps(Calls + "  %v = load volatile i32, ptr %p\n"));
+  EXPECT_FALSE(Keeps(Calls + "  call void @other()\n"));
+}
+
 TEST(AutoRingTest, AsManyCopiesAsFit) {
   // A body is 8 and a guard 3.  A copy has that of the next two inlined: the
   // last one 8 + 3 + 3, the one before 8 + 14 + 3, then 8 + 25 + 14, ...

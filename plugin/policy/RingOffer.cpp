@@ -3,6 +3,7 @@
 #include "plugin/policy/CopyLimits.h"
 #include "plugin/policy/Facts.h"
 #include "plugin/policy/Offers.h"
+#include "plugin/recursion/HoistableCalls.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 
 using namespace llvm;
@@ -19,8 +20,10 @@ std::optional<Plan> llvm::inlinerecursion::offerRing(const Facts &Known,
   Ring.Growth = Fit.Growth;
   const bool MergesCalls = Known.mergesCalls();
   Ring.Staggered = !MergesCalls;
-  if (const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard())
+  if (const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard()) {
     Ring.Guard = *Guard;
+    Ring.KeepsHoistableCalls = onlyReads(Known.getFunction());
+  }
   Ring.Decision << NV("Shape", getShapeName(Ring.Kind)) << " of "
                 << NV("Copies", Ring.Copies)
                 << " copies by the automatic policy, "

@@ -41,6 +41,9 @@ struct Plan {
   /// In front of the calls that close a ring, and all that is left of the
   /// function, which enters it.
   std::optional<EntryGuard> Guard;
+  /// Calls from outside stay calls that a loop may make once
+  /// (HoistableCalls.h), and do not get the guard in front of them.
+  bool KeepsHoistableCalls = false;
   /// The second and later self calls of a body lead to the copy after the next.
   bool Staggered = false;
   /// What it adds to the module, once all copies are inlined that are to be

@@ -2,6 +2,7 @@
 
 #include "plugin/rewrite/Ring.h"
 #include "plugin/ir/Driver.h"
+#include "plugin/recursion/HoistableCalls.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/rewrite/Copies.h"
 #include "plugin/rewrite/Plan.h"
@@ -49,4 +50,7 @@ void llvm::inlinerecursion::buildRing(
   removeGuard(Head, F, *Ring.Guard);
   reduceToGuard(F, *Ring.Guard, Head);
   mergeIntoCallers(Entry);
+  if (Ring.KeepsHoistableCalls)
+    for (CallInst *Call : findHoistableCalls(F))
+      Call->setIsNoInline();
 }

@@ -22,10 +22,12 @@
 /// All copies but the first are inlined, so one fused function is left.  Unlike
 /// the rings that are requested, it is not inlined into those who enter it.  Of
 /// the function itself its first test is left and a call of the ring.  That is
-/// little, and the inliner merges it into those who call where that pays. Where
-/// there is no such test, the function keeps its body and enters the ring, as
-/// those do who call it.  `invoke`, which the pass leaves alone, is linked like
-/// `call`.
+/// little, and the inliner merges it into those who call where that pays.  A
+/// loop that makes the same call in every trip is better off without the test,
+/// if the call can be made once in front of it (recursion/HoistableCalls.h).
+/// Where there is no such test, the function keeps its body and enters the
+/// ring, as those do who call it.  `invoke`, which the pass leaves alone, is
+/// linked like `call`.
 ///
 //===----------------------------------------------------------------------===//
 
