@@ -104,7 +104,7 @@ done:
 
 ; O2-LABEL: define i32 @made_once(
 ; O2: call {{.*}} @count
-; O2: phi
+; O2: trip:
 ; O2-NOT: @count
 ; O2: ret i32
 define i32 @made_once(ptr %t, ptr %p, i32 %n) {
