@@ -838,6 +838,17 @@ TEST(AutoRingTest, MoreCopiesInATailLoopOfThreeValues) {
       3u);
 }
 
+TEST(AutoRingTest, SixCopiesInATailLoopBelowO3) {
+  const std::string Loop = tailLoop("", "  %next = add i32 %m, -1\n");
+  Bounds Limits = getBoundsBelowO3();
+  Limits.FunctionGrowth = getDefaultBounds().FunctionGrowth;
+  EXPECT_EQ(Asked(Loop, Limits).What.Copies, 6u);
+  Limits.RingCopies = 7;
+  EXPECT_EQ(Asked(Loop, Limits).What.Copies, 7u);
+  Limits.Copies = 4;
+  EXPECT_EQ(Asked(Loop, Limits).What.Copies, 4u);
+}
+
 /// A loop that keeps %m, hands on a sum, and needs %k, for which its call is
 /// given \p Handed, made by \p Before.
 std::string keepingLoop(const std::string &Type, const std::string &Handed,

@@ -40,13 +40,15 @@ struct Bounds {
   bool LeavesToLink = false;
   /// Most that the copies for states add to a module (instructions).
   unsigned StateGrowth = 0;
+  /// Most copies in a ring that nobody asked for, beside the limit above.
+  unsigned RingCopies = ~0u;
 };
 
 /// What the options say, in front of the inliner.
 Bounds getDefaultBounds();
 
 /// The same below -O3, where a copy has to gain more for its size: a smaller
-/// growth of each function, and smaller bodies.
+/// growth of each function, shorter rings, and smaller bodies.
 Bounds getBoundsBelowO3();
 
 /// What all copies together may add to \p M under \p Limits (instructions).

@@ -122,7 +122,9 @@ RingFit llvm::inlinerecursion::fitRing(const Facts &Known,
   const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard();
   const std::optional<unsigned> Requested = Known.getRequestedCopies();
   const unsigned MaxCopies =
-      Requested ? *Requested : std::min(Limits.Copies, limitCopies(Known));
+      Requested
+          ? *Requested
+          : std::min({Limits.Copies, Limits.RingCopies, limitCopies(Known)});
   RingFit Fit;
   for (unsigned Copies = 2; Copies <= MaxCopies; ++Copies) {
     const FusedSize Size = estimateFusedSize(
