@@ -29,17 +29,21 @@ typedef struct Tree {
 // O3-DAG: 'large' rebuilt as
 // RAISE-DAG: 'large' not chained: {{.*}} bytes; raise -inlinerecursion-auto-function-growth [-Rpass
 // OS-DAG: 'large' not chained: it is to be optimised for size; compile it with -O2 or -O3 [-Rpass
-void large(Tree *T) {
-  if (!T)
+// Its test is large as well, and comes in front of each call of each copy.
+void large(Tree *T, long Least, long Most) {
+  if (!T || T->Value < Least || T->Value > Most || T->Value * 3 == Least ||
+      T->Value % 7 == Most || (T->Value ^ Least) == 5 ||
+      (T->Value | Most) == 11 || T->Value * Least == Most ||
+      (T->Value & Least) == 6 || (T->Value & Most) == 9)
     return;
-  large(T->Left);
-  Sink = T->Value * 3 ^ Sink;
-  Sink = Sink ^ T->Value;
-  large(T->Right);
-  Sink = Sink * T->Value - Sink;
-  Sink = Sink ^ T->Value / Sink;
-  large(T->Left->Left);
-  Sink = T->Value;
+  large(T->Left, Least, Most);
+  Sink = 1;
+  large(T->Right, Least, Most);
+  Sink = 2;
+  large(T->Left->Left, Least, Most);
+  Sink = 3;
+  large(T->Right->Right, Least, Most);
+  Sink = 4;
 }
 #else
 #ifdef MENDED
