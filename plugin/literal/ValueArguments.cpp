@@ -32,6 +32,9 @@ static bool addPart(ReadArgument &Read, const LoadInst &Load, int64_t Offset) {
   if (!Load.isSimple() || Offset < 0 || !Ty->isSingleValueType() ||
       isa<ScalableVectorType>(Ty))
     return false;
+  // A variable of the callee's own begins at an aligned address.
+  if (!isAligned(Load.getAlign(), Offset))
+    return false;
   const DataLayout &DL = Load.getModule()->getDataLayout();
   const uint64_t Begin = Offset, End = Begin + DL.getTypeStoreSize(Ty);
   for (ReadPart &Part : Read.Parts) {
@@ -167,6 +170,9 @@ bool PassedMemory::mayPassValues(const CallBase &Call,
       DL, Offset, /*AllowNonInbounds=*/false);
   uint64_t Size = 0;
   if (const auto *Variable = dyn_cast<AllocaInst>(Base)) {
+    // What is in registers is not what a longjmp comes back to.
+    if (Variable->getFunction()->callsFunctionThatReturnsTwice())
+      return false;
     const auto Bits = Variable->getAllocationSizeInBits(DL);
     if (!Bits || Bits->isScalable() || !isOnlyHere(*Variable))
       return false;
@@ -195,13 +201,63 @@ static SetVector<CallBase *> findEachCallOf(const Function &F) {
   return Calls;
 }
 
-/// Does \p Call, of the function that it stands in, pass an argument of \p How
-/// as it came?  Whoever has called that function may have passed what changes
-/// meanwhile; only the local function knows better.
-static bool handsThrough(const CallBase &Call, const ValuePassing &How) {
-  return any_of(How.Arguments, [&Call](const ReadArgument &Read) {
-    return isa<Argument>(Call.getArgOperand(Read.Index));
+/// May what \p F gets for \p Read be read at a self call that hands it through?
+/// Whoever calls F may have passed memory that does not exist, or that F
+/// changes some other way before it reads it.
+static bool mayBeReadEarly(const Function &F, const ReadArgument &Read) {
+  const Argument &A = *F.getArg(Read.Index);
+  const ReadPart &Last = Read.Parts.back();
+  return (A.hasNoAliasAttr() || F.onlyReadsMemory()) &&
+         A.getDereferenceableBytes() >=
+             Last.Offset +
+                 F.getParent()->getDataLayout().getTypeStoreSize(Last.Ty);
+}
+
+/// Does \p Call, a self call of \p F as it is, have to stay one because of
+/// \p Read?
+static bool needsPointer(const CallBase &Call, const Function &F,
+                         const ReadArgument &Read) {
+  return isSelfCall(Call) &&
+         Call.getArgOperand(Read.Index) == F.getArg(Read.Index) &&
+         !mayBeReadEarly(F, Read);
+}
+
+/// Takes out of \p Arguments those for which \p Fits does not hold at each self
+/// call among \p Calls.  What is no value any more may take others with it.
+template <typename PredicateT>
+static void keepWhereSelfCalls(SmallVectorImpl<ReadArgument> &Arguments,
+                               const SetVector<CallBase *> &Calls,
+                               PredicateT Fits) {
+  size_t Before;
+  do {
+    Before = Arguments.size();
+    SmallVector<ReadArgument, 2> Kept;
+    copy_if(Arguments, std::back_inserter(Kept), [&](const ReadArgument &Read) {
+      return all_of(Calls, [&](const CallBase *Call) {
+        return !isSelfCall(*Call) || Fits(*Call, Read);
+      });
+    });
+    Arguments = std::move(Kept);
+  } while (Arguments.size() != Before);
+}
+
+/// The calls among \p Calls that pass values from now on.
+static SmallVector<CallBase *, 8>
+findCallsWithValues(const Function &F, ArrayRef<ReadArgument> Arguments,
+                    const SetVector<CallBase *> &Calls) {
+  const PassedMemory Memory(F, Arguments);
+  SmallVector<CallBase *, 8> Passing;
+  copy_if(Calls, std::back_inserter(Passing),
+          [&](const CallBase *Call) { return Memory.mayPassValues(*Call); });
+  // Nobody is left who enters the function itself.
+  if (F.hasLocalLinkage() && F.getNumUses() == Passing.size())
+    return Passing;
+  erase_if(Passing, [&](const CallBase *Call) {
+    return any_of(Arguments, [&](const ReadArgument &Read) {
+      return needsPointer(*Call, F, Read);
+    });
   });
+  return Passing;
 }
 
 std::optional<ValuePassing>
@@ -213,30 +269,29 @@ llvm::inlinerecursion::findValuePassing(Function &F) {
   const SetVector<CallBase *> Calls = findEachCallOf(F);
 
   // Every self call has to pass values, or else the local function would have
-  // to call the other one.  What is no value any more may take others with it.
-  size_t Before;
-  do {
-    Before = How.Arguments.size();
-    const PassedMemory Memory(F, How.Arguments);
-    SmallVector<ReadArgument, 2> Kept;
-    copy_if(How.Arguments, std::back_inserter(Kept),
-            [&](const ReadArgument &Read) {
-              return all_of(Calls, [&](const CallBase *Call) {
-                return !isSelfCall(*Call) || Memory.mayPassValues(*Call, Read);
-              });
-            });
-    How.Arguments = std::move(Kept);
-  } while (How.Arguments.size() != Before);
+  // to call the other one.
+  const auto PassesValues = [&](const CallBase &Call,
+                                const ReadArgument &Read) {
+    return PassedMemory(F, How.Arguments).mayPassValues(Call, Read);
+  };
+  keepWhereSelfCalls(How.Arguments, Calls, PassesValues);
+  How.Calls = findCallsWithValues(F, How.Arguments, Calls);
+  // Where nobody can enter the local function, what the function hands through
+  // may be what keeps its own calls from doing so.
+  if (How.Calls.empty()) {
+    keepWhereSelfCalls(How.Arguments, Calls,
+                       [&](const CallBase &Call, const ReadArgument &Read) {
+                         return !needsPointer(Call, F, Read) &&
+                                PassesValues(Call, Read);
+                       });
+    How.Calls = findCallsWithValues(F, How.Arguments, Calls);
+  }
 
   unsigned Parts = 0;
   for (const ReadArgument &Read : How.Arguments)
     Parts += Read.Parts.size();
-  if (Parts == 0 || Parts > MaxParts)
+  if (Parts == 0 || Parts > MaxParts || How.Calls.empty())
     return std::nullopt;
-  const PassedMemory Memory(F, How.Arguments);
-  copy_if(Calls, std::back_inserter(How.Calls), [&](const CallBase *Call) {
-    return Memory.mayPassValues(*Call) && !handsThrough(*Call, How);
-  });
   return How;
 }
 

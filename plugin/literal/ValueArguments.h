@@ -27,9 +27,11 @@
 ///                                 |                             |
 ///                                 +------- row+1 ---------------+
 ///
-/// What a call passes may also be constant memory.  In the local function, it
-/// may be the argument itself: the value goes on.  In the other one it may not,
-/// as whoever calls that may have passed what the body changes.
+/// What a call passes may also be constant memory, or, in the body, the
+/// argument itself: in the local function, that is a value as well.  In the
+/// function itself it is what somebody else has passed, who may pass null, or
+/// the same memory twice, so that such a call stays as it is, unless attributes
+/// rule that out.
 ///
 //===----------------------------------------------------------------------===//
 
