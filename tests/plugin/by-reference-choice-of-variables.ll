@@ -1,0 +1,38 @@
+; A pointer that may be one of two variables.
+; RUN: %opt -passes=inlinerecursion-promotion -S %s | FileCheck %s --implicit-check-not=@bad.recurse.value
+
+; CHECK: define {{.*}}@good.recurse.value(
+
+define i32 @good(ptr %p) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @good(ptr %next)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+
+define i32 @bad(ptr %p) {
+  %next = alloca i32
+  %other = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  store i32 %m, ptr %other
+  %odd = trunc i32 %n to i1
+  %one = select i1 %odd, ptr %next, ptr %other
+  %r = call i32 @bad(ptr %one)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}

@@ -1,0 +1,35 @@
+; Anybody may write to a global variable; nobody does to a constant.
+; RUN: %opt -passes=inlinerecursion-promotion -S %s | FileCheck %s --implicit-check-not=@bad.recurse.value
+
+; CHECK: define {{.*}}@good.recurse.value(
+
+@variable = global i32 3
+@constant = constant i32 3
+
+define i32 @good(ptr %p) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  %r = call i32 @good(ptr @constant)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+
+define i32 @bad(ptr %p) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  %r = call i32 @bad(ptr @variable)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}

@@ -1,0 +1,35 @@
+; What is handed through, and nothing else: whoever calls it may pass null, or write
+; there by another pointer. Attributes may rule that out.
+; RUN: %opt -passes=inlinerecursion-promotion -S %s | FileCheck %s --implicit-check-not=@bad.recurse.value
+
+; CHECK: define {{.*}}@good.recurse.value(
+
+define i32 @good(ptr noalias dereferenceable(4) %p, i32 %k, ptr %q) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %q
+  %r = call i32 @good(ptr %p, i32 %m, ptr %q)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+
+define i32 @bad(ptr %p, i32 %k, ptr %q) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %q
+  %r = call i32 @bad(ptr %p, i32 %m, ptr %q)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}

@@ -1,0 +1,36 @@
+; Each self call has to pass values.
+; RUN: %opt -passes=inlinerecursion-promotion -S %s | FileCheck %s --implicit-check-not=@bad.recurse.value
+
+; CHECK: define {{.*}}@good.recurse.value(
+
+define i32 @good(ptr %p, ptr %q) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @good(ptr %next, ptr %q)
+  %t = call i32 @good(ptr %next, ptr %q)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+
+define i32 @bad(ptr %p, ptr %q) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @bad(ptr %next, ptr %q)
+  %t = call i32 @bad(ptr %q, ptr %q)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}

@@ -1,0 +1,76 @@
+; What its source says against copies holds for this one, too.
+; RUN: %opt -passes=inlinerecursion-promotion -S %s | FileCheck %s --implicit-check-not='@bad.{{[a-z]*}}.recurse.value'
+
+; CHECK: define {{.*}}@good.recurse.value(
+
+define i32 @good(ptr %p) {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @good(ptr %next)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+
+define i32 @bad.noinline(ptr %p) noinline {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @bad.noinline(ptr %next)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+define i32 @bad.cold(ptr %p) cold {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @bad.cold(ptr %next)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+define i32 @bad.optsize(ptr %p) optsize {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @bad.optsize(ptr %next)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
+define i32 @bad.minsize(ptr %p) minsize {
+  %next = alloca i32
+  %n = load i32, ptr %p
+  %stop = icmp eq i32 %n, 0
+  br i1 %stop, label %end, label %more
+more:
+  %m = sub i32 %n, 1
+  store i32 %m, ptr %next
+  %r = call i32 @bad.minsize(ptr %next)
+  %s = mul i32 %r, %n
+  ret i32 %s
+end:
+  ret i32 1
+}
