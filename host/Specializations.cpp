@@ -124,6 +124,10 @@ Function &Specializations::make(const ArgumentTuple &Tuple, CallMap *Calls) {
                        Pattern.getAddressSpace(), getCloneName(Pattern, Tuple),
                        Pattern.getParent());
   Clone->copyAttributesFrom(&Pattern);
+  // Only the pattern may be seen by others.
+  Clone->setVisibility(GlobalValue::DefaultVisibility);
+  Clone->setDLLStorageClass(GlobalValue::DefaultStorageClass);
+  Clone->setDSOLocal(true);
   Clone->copyMetadata(Source, 0);
   // No link of the ring any more.
   Clone->removeFnAttr(EligibleMark);
