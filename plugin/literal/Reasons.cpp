@@ -17,6 +17,10 @@ using namespace llvm::inlinerecursion;
 using ore::NV;
 
 std::optional<Verdict> llvm::inlinerecursion::judgeFilter(const Function &F) {
+  // Nobody has written what keeps it from being inlined.
+  if (F.hasFnAttribute(StateMark))
+    return refuse(AlreadyChained)
+           << "it is a copy for a state of its arguments";
   if (const ProtectionReason *Protection = getProtection(F))
     return refuse(Protection->Name, Protection->Remedy) << Protection->Text;
   if (hasCloneMark(F))

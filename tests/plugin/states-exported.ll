@@ -1,0 +1,82 @@
+; Copies of an exported function in position-independent code are local in every respect.
+; RUN: %opt -passes='inlinerecursion-pipeline' -S %s | FileCheck %s --implicit-check-not='internal hidden' --implicit-check-not='internal dllexport'
+
+; CHECK: define hidden void @walk(
+; CHECK: define dllexport void @next(
+; CHECK-DAG: define internal void @walk.specialized
+; CHECK-DAG: define internal void @next.specialized
+
+@g = external global i32
+
+define hidden void @walk(i1 %flag, ptr %node) {
+entry:
+  %none = icmp eq ptr %node, null
+  br i1 %none, label %exit, label %rec
+rec:
+  br i1 %flag, label %left, label %right
+left:
+  store volatile i32 1, ptr @g
+  br label %both
+right:
+  store volatile i32 2, ptr @g
+  br label %both
+both:
+  %kind = select i1 %flag, i32 7, i32 9
+  %value = zext i1 %flag to i32
+  %sum = add i32 %kind, %value
+  store volatile i32 %sum, ptr @g
+  %not = xor i1 %flag, true
+  %first = load ptr, ptr %node
+  call void @walk(i1 %not, ptr %first)
+  store volatile i32 %value, ptr @g
+  %at = getelementptr ptr, ptr %node, i64 1
+  %second = load ptr, ptr %at
+  call void @walk(i1 %not, ptr %second)
+  store volatile i32 3, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+
+define dllexport void @next(i1 %flag, ptr %node) {
+entry:
+  %none = icmp eq ptr %node, null
+  br i1 %none, label %exit, label %rec
+rec:
+  br i1 %flag, label %left, label %right
+left:
+  store volatile i32 1, ptr @g
+  br label %both
+right:
+  store volatile i32 2, ptr @g
+  br label %both
+both:
+  %kind = select i1 %flag, i32 7, i32 9
+  %value = zext i1 %flag to i32
+  %sum = add i32 %kind, %value
+  store volatile i32 %sum, ptr @g
+  %not = xor i1 %flag, true
+  %first = load ptr, ptr %node
+  call void @next(i1 %not, ptr %first)
+  store volatile i32 %value, ptr @g
+  %at = getelementptr ptr, ptr %node, i64 1
+  %second = load ptr, ptr %at
+  call void @next(i1 %not, ptr %second)
+  store volatile i32 3, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+
+define void @enter(ptr %node) {
+  call void @walk(i1 true, ptr %node)
+  ret void
+}
+
+define void @enter2(ptr %node) {
+  call void @next(i1 true, ptr %node)
+  ret void
+}
+
+!llvm.module.flags = !{!0}
+!0 = !{i32 8, !"PIC Level", i32 2}
