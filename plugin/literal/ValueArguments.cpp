@@ -103,6 +103,11 @@ static SmallVector<ReadArgument, 2> findReadArguments(const Function &F) {
 // What calls pass
 //===----------------------------------------------------------------------===//
 
+/// May a call with other arguments take the place of \p Call?
+static bool mayBeReplaced(const CallBase &Call) {
+  return !Call.isMustTailCall() && !Call.hasOperandBundles();
+}
+
 namespace {
 /// Asks of the calls of one function what they pass for its arguments.
 class PassedMemory {
@@ -112,7 +117,7 @@ public:
 
   /// May \p Call, of F, pass values for all of the arguments?
   bool mayPassValues(const CallBase &Call) const {
-    return !Call.isMustTailCall() && !Call.hasOperandBundles() &&
+    return mayBeReplaced(Call) &&
            all_of(Arguments, [&](const ReadArgument &Read) {
              return mayPassValues(Call, Read);
            });
@@ -272,7 +277,8 @@ llvm::inlinerecursion::findValuePassing(Function &F) {
   // to call the other one.
   const auto PassesValues = [&](const CallBase &Call,
                                 const ReadArgument &Read) {
-    return PassedMemory(F, How.Arguments).mayPassValues(Call, Read);
+    return mayBeReplaced(Call) &&
+           PassedMemory(F, How.Arguments).mayPassValues(Call, Read);
   };
   keepWhereSelfCalls(How.Arguments, Calls, PassesValues);
   How.Calls = findCallsWithValues(F, How.Arguments, Calls);
