@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Random recursive programs, the same for the same seed.
 
-    generate.py SEED [--features SET] [--directory DIR]
+    generate.py SEED [--features SET] [--focus states] [--directory DIR]
 
 A program is one C or C++ file (or two) of one to five recursive functions and
 a main that enters them. It prints its seed, how often each function was
@@ -49,6 +49,8 @@ import random
 import re
 from dataclasses import dataclass, field
 
+import states
+
 FEATURES = {
     "int128": "128-bit arguments",
     "bitint": "_BitInt arguments (C)",
@@ -88,6 +90,7 @@ FEATURES = {
     "exceptions": "throw, try and catch (C++)",
     "destructors": "objects with destructors (C++)",
     "methods": "recursive member functions (C++)",
+    "states": "whole programs of what is entered with constants, at times",
 }
 DEFAULT_FEATURES = set(FEATURES)
 
@@ -181,7 +184,11 @@ static volatile u32 Opaque[8] = {@OPAQUE@};
 # What is at file scope and belongs to one program.
 OWN_NAMES = re.compile(
     r"\b(Hash|Fuel|Count|A|MIX|mixDouble|event|count|cleanUp|Local|Opaque|Top|"
-    r"Guard|Object|Host|program|f\d+|enter\d+|Pointer_f\d+)\b")
+    r"Guard|Object|Host|program|f\d+|enter\d+|Pointer_f\d+|"
+    r"Table\d+|Word\d+|Kept\d+|Saved\d+|fn\d+)\b")
+# The part of programs that are made of states.
+STATES_SHARE = 0.1
+FOCUSES = {"none": STATES_SHARE, "states": 0.9}
 
 
 @dataclass
@@ -1450,12 +1457,18 @@ def parse_features(text):
 class Program:
     """The program of a seed: the text of its file, or of its two."""
 
-    def __init__(self, seed, features=None):
-        generator = Generator(seed, DEFAULT_FEATURES if features is None
-                              else features)
+    def __init__(self, seed, features=None, states_share=STATES_SHARE):
+        features = DEFAULT_FEATURES if features is None else features
+        generator = Generator(seed, features)
         self.seed = seed
-        self.texts = generator.program()
         self.cxx = generator.cxx
+        rng = random.Random(f"states {seed}")
+        if "states" in features and rng.random() < states_share:
+            self.texts = states.StatesGenerator(
+                rng, generator.has, self.cxx, seed).program(
+                    SHARED, DECLARED, HELPERS)
+        else:
+            self.texts = generator.program()
 
     def renamed(self, text):
         return OWN_NAMES.sub(rf"\1_{self.seed}", text)
@@ -1467,7 +1480,7 @@ def files(programs):
     suffix = "cpp" if programs[0].cxx else "c"
     made = {}
     for index in range(max(len(p.texts) for p in programs)):
-        made[f"{'ab'[index]}.{suffix}"] = PRELUDE + "\n".join(
+        made[f"{'ab'[index]}.{suffix}"] = PRELUDE + states.PRELUDE + "\n".join(
             p.renamed(p.texts[index]) if bundled else p.texts[index]
             for p in programs if index < len(p.texts))
     calls = [p.renamed("program();") if bundled else "program();"
@@ -1481,6 +1494,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("seed", type=int)
     parser.add_argument("--features", default="default")
+    parser.add_argument("--focus", choices=FOCUSES, default="none")
     parser.add_argument("--directory", help="where to write the files;"
                         " without it they are printed")
     args = parser.parse_args()
@@ -1488,7 +1502,8 @@ def main():
         features = parse_features(args.features)
     except ValueError as error:
         raise SystemExit(f"generate.py: {error}")
-    for name, text in files([Program(args.seed, features)]).items():
+    share = FOCUSES[args.focus]
+    for name, text in files([Program(args.seed, features, share)]).items():
         if args.directory:
             os.makedirs(args.directory, exist_ok=True)
             with open(os.path.join(args.directory, name), "w") as file:

@@ -34,7 +34,17 @@ OTHER_LIMITS = [["-inline-recursion-profitablity=0"],
                 ["-inlinerecursion-ring-size-one-call=40",
                  "-inlinerecursion-ring-size-calls=40"],
                 ["-inlinerecursion-cut-recurrences=false"],
-                ["-special-inline-recursion-depth=1"]]
+                ["-special-inline-recursion-depth=1"],
+                ["-inlinerecursion-auto-state-growth=2000"],
+                ["-inlinerecursion-state-inline-size=0"],
+                ["-inlinerecursion-state-inline-size=1000"]]
+# The function in a remark about states, and its seed in a bundle. A mangled
+# name says how long it is, and goes on with the arguments.
+STATES_REMARK = re.compile(
+    r"remark: (?:\S*: )?'([^']*)' rebuilt for (\d+) states? of")
+VALUE_REMARK = re.compile(r"'([^']*)\.recurse\.value[.']")
+MANGLED = re.compile(r"_ZL?(\d+)(f\w+)")
+OWN_SEED = re.compile(r"f\d+_(\d+)")
 # What is in a remark about a function that the policy has rebuilt.
 POLICY_REMARK = "by the automatic policy"
 # Limits for a whole module, which a bundle multiplies: (default, opened).
@@ -42,6 +52,8 @@ CLONES = "-maximum-clone-limit-inline-recursion"
 CLONES_LIMITS = (25, 200)
 SPECIALIZED = "-inline-recursion-max-specialized-size"
 SPECIALIZED_LIMIT = 10000
+STATES = "-inlinerecursion-auto-state-growth"
+STATES_LIMIT = 20000
 
 # Flags that change much of the code, and nothing of what it does.
 EXTRA_FLAGS = [
@@ -70,6 +82,10 @@ class Plugin:
                            "UBSAN_OPTIONS=print_stacktrace=1"]
         self.limited = not preload
         self.has_policy = self.run_pass("inlinerecursion-auto") is None
+        # How often programs are built without it.
+        self.without_policy = 0.25 if self.has_policy else 0
+        self.levels = [0, 0, 0, 1, 2, 3, 4]
+        self.opt_levels = ["O1", "O2", "O2", "O3", "O3", "Os", "Oz"]
 
     def run_pass(self, name):
         """What opt has to say against it, or None."""
@@ -90,8 +106,8 @@ class Build:
     def __init__(self, plugin, kind, rng, case, programs):
         self.plugin, self.kind = plugin, kind
         self.seconds = 0.0  # that it took to compile
-        self.level = rng.choice((0, 0, 0, 1, 2, 3, 4))
-        self.opt = rng.choice(["O1", "O2", "O2", "O3", "O3", "Os", "Oz"])
+        self.level = rng.choice(plugin.levels)
+        self.opt = rng.choice(plugin.opt_levels)
         # Verifying each pass takes eight times as long, too long for chains
         # that are flattened at every one of many entries.
         opened = rng.random() < 0.35 and self.kind != "opt"
@@ -113,7 +129,7 @@ class Build:
         options = [f"-inline-recursion-opt-level={self.level}"]
         if rng.random() < 0.3:
             options.append("-inlinerecursion-find-requests=false")
-        if rng.random() < 0.25 and self.plugin.has_policy:
+        if rng.random() < self.plugin.without_policy:
             options.append("-inlinerecursion-auto=false")
         if opened:
             options += OPENED
@@ -123,6 +139,9 @@ class Build:
             # Less than in proportion: most programs have no ring.
             limit = SPECIALIZED_LIMIT * (1 + programs // 4)
             options += [f"{SPECIALIZED}={limit}"]
+            if self.plugin.has_policy:
+                limit = STATES_LIMIT * (1 + programs // 4)
+                options += [f"{STATES}={limit}"]
         if rng.random() < 0.3:
             options += rng.choice(OTHER_LIMITS)
         # An option may stand there only once.
@@ -189,7 +208,28 @@ class Build:
                       f"{got[1].decode(errors='replace')}",
                       [i for i, (a, b) in enumerate(pairs) if a != b])
 
+    def count_states(self, case, err, counts):
+        seeds = set()
+        for name, copies in STATES_REMARK.findall(err):
+            counts["states"] += 1
+            counts["state copies"] += int(copies)
+            mangled = MANGLED.match(name)
+            if mangled:
+                name = mangled.group(2)[:int(mangled.group(1))]
+            own = OWN_SEED.match(name)
+            seeds.add(own.group(1) if own else "")
+        counts["with states"] += len(seeds)
+        # Of a function that is left beside it; some are not, or are inlined.
+        names = set(VALUE_REMARK.findall(err))
+        if self.kind == "clang":
+            _, out, _ = execute([f"{BIN}/llvm-nm", "--defined-only",
+                                 os.path.join(case.directory, "with")], 60)
+            names |= {name.decode() for name in
+                      re.findall(rb" (\S*?)\.recurse\.value", out)}
+        counts["values"] += len(names)
+
     def count(self, case, err, counts):
+        self.count_states(case, err, counts)
         for line in err.split("\n"):
             level = re.search(r"rebuilt as a chain of .* at level (\d)", line)
             if "rebuilt as" not in line:
