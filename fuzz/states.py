@@ -679,8 +679,9 @@ class StatesGenerator:
             "static", "static", "static", "")
         if self.two_files:
             f.second_file = self.chance(0.5)
-        if self.has("inlining") and self.chance(0.03):
-            f.attributes = f"__attribute__(({self.pick('noinline', 'cold')})) "
+        if self.has("inlining") and self.chance(0.06):
+            mark = self.pick("noinline", "cold", "flatten", "flatten")
+            f.attributes = f"__attribute__(({mark})) "
         if self.has("weak") and not f.storage and self.chance(0.02):
             f.attributes = "__attribute__((weak)) "
         f.request = self.has("requests") and self.chance(0.04)

@@ -71,6 +71,9 @@ llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
         Clone = &makeCase(cast<CallInst>(*Clone), *Next.Selector,
                           cast<ConstantInt>(*Tuple[*Next.Selector]));
       Made.redirect(*Clone, Tuple);
+      // In a function that everything is to be inlined into (flatten): meant
+      // for other functions, and with copies it would have no end.
+      Clone->removeFnAttr(Attribute::AlwaysInline);
     }
   for (auto [Call, Number] : States.Entries)
     Made.redirect(*Call, Target(Number));
