@@ -31,6 +31,10 @@ constexpr StringLiteral NoneMark = "inlinerecursion-none";
 /// the number.  Until that is granted or refused.
 constexpr StringLiteral CopiesMark = "inlinerecursion-copies";
 
+/// The ring that the source asks for cannot be built; the value says why, as
+/// that of UndecidedMark.  Until the automatic policy has decided about it.
+constexpr StringLiteral RefusedMark = "inlinerecursion-refused";
+
 /// Kept away from the pass; the value names the reason.  Until behind the pass.
 constexpr StringLiteral ProtectedMark = "inlinerecursion-protected";
 
@@ -67,6 +71,13 @@ constexpr StringLiteral DecisionsMark = "inlinerecursion.decisions";
 /// On modules, as a flag: a compile step has left rings to the linker.  Stays.
 constexpr StringLiteral LeftMark = "inlinerecursion-left-to-link";
 
+/// Does the source of \p F ask for a ring, or do its copies stand in one that
+/// was asked for?
+inline bool asksForRing(const Function &F) {
+  return F.hasFnAttribute(Request) &&
+         F.getFnAttribute(Request).getValueAsString() != FoundRequest;
+}
+
 /// Is \p F a copy, or were copies made of it?  While the protection lasts, also
 /// whatever is kept away from the pass.
 inline bool hasCloneMark(const Function &F) {
@@ -83,6 +94,9 @@ constexpr StringLiteral PluginSuffix = ".recurse.";
 constexpr StringLiteral GuardSuffix = ".recurse.guard";
 /// What is left of a function behind the work up to its test.
 constexpr StringLiteral RestSuffix = ".recurse.rest";
+/// A function that leads a step to a copy of an aligned ring, unless it has
+/// overflowed.
+constexpr StringLiteral StepSuffix = ".recurse.step";
 /// A function that is handed the sum so far.
 constexpr StringLiteral SumSuffix = ".recurse.sum";
 /// A function that is passed what another one reads through pointers.

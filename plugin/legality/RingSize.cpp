@@ -59,18 +59,23 @@ static uint64_t estimateRingSize(const Function &F, unsigned Copies) {
   return Total + Inlined;
 }
 
-void llvm::inlinerecursion::withdrawLargeRequest(Function &F) {
-  const unsigned Copies = getPassOption(LongestRingOption);
+std::optional<Verdict>
+llvm::inlinerecursion::judgeRingSize(const Function &F, unsigned Copies) {
   const uint64_t Size = estimateRingSize(F, Copies);
   if (Size <= MaxRingSize)
+    return std::nullopt;
+  return refuse("RequestWithdrawn", "raise -inlinerecursion-max-ring-size")
+         << "request withdrawn, a ring of " << NV("Copies", Copies)
+         << " copies would have " << NV("Instructions", Size)
+         << " instructions, more than " << NV("Limit", unsigned(MaxRingSize));
+}
+
+void llvm::inlinerecursion::withdrawLargeRequest(Function &F) {
+  const auto V = judgeRingSize(F, getPassOption(LongestRingOption));
+  if (!V)
     return;
-  Verdict V =
-      refuse("RequestWithdrawn", "raise -inlinerecursion-max-ring-size");
-  V << "request withdrawn, a ring of " << NV("Copies", Copies)
-    << " copies would have " << NV("Instructions", Size)
-    << " instructions, more than " << NV("Limit", unsigned(MaxRingSize));
-  warnAboutRequest(F, V);
+  warnAboutRequest(F, *V);
   F.removeFnAttr(Request);
   if (areRemarksEnabled(*F.getParent()))
-    emitRemark(F, V);
+    emitRemark(F, *V);
 }

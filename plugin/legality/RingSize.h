@@ -11,6 +11,9 @@
 #ifndef INLINERECURSION_PLUGIN_LEGALITY_RINGSIZE_H
 #define INLINERECURSION_PLUGIN_LEGALITY_RINGSIZE_H
 
+#include "plugin/tell/Verdict.h"
+#include <optional>
+
 namespace llvm {
 
 class Function;
@@ -24,6 +27,10 @@ unsigned getInlinedRingSize(unsigned SelfCalls);
 /// Are \p Copies copies of \p F, side by side, more than a function may become
 /// that did not ask for them?
 bool isTooLargeUnasked(const Function &F, unsigned Copies);
+
+/// Why a ring of \p Copies copies of \p F is larger than
+/// `inlinerecursion-max-ring-size` allows; none if it is not.
+std::optional<Verdict> judgeRingSize(const Function &F, unsigned Copies);
 
 /// Takes the request of \p F back, which has one, and says so in a remark, if
 /// its ring would be larger than `inlinerecursion-max-ring-size` allows.

@@ -6,6 +6,7 @@
 #include "plugin/ir/SingleRun.h"
 #include "plugin/literal/ObservedRun.h"
 #include "plugin/literal/Reasons.h"
+#include "plugin/literal/RefusedRequests.h"
 #include "plugin/tell/Remarks.h"
 #include "plugin/tell/Summary.h"
 #include "llvm/IR/Module.h"
@@ -20,21 +21,16 @@ void llvm::inlinerecursion::printWithLevel(raw_ostream &OS, StringRef Name,
     OS << "<level=" << Level << ">";
 }
 
-/// Warns of requests in the source of \p M that were not granted.
-static void warnAboutRequests(Module &M) {
-  for (Function &F : M)
-    if (!F.isDeclaration() && F.hasFnAttribute(Request) && !hasCloneMark(F))
-      warnAboutRequest(F, explainRefusedRing(F));
-}
-
 PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
   SingleRun Alone;
+  auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   auto EmitRemark = [this](Function &F,
                            InlineRecursion::InlineRecursionCosting *Costing,
                            const Verdict &V) {
     if (Costing)
       emitAnalysis(*Costing);
-    if (Costing && !V.Accepted && Next.Auto)
+    if (Costing && !V.Accepted &&
+        (Next.Auto || (Next.RingInlining && mayBuildRefused(F))))
       emitRefusalAnalysis(F, V);
     else if (Costing || !V.Accepted || !Next.RingInlining)
       emitRemark(F, V);
@@ -44,13 +40,10 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
     beginSummary(M);
   if (!areRemarksEnabled(M))
     PA = InlineRecursionPass(Level).run(M, MAM);
-  else if (!runObserved(M,
-                        MAM.getResult<FunctionAnalysisManagerModuleProxy>(M)
-                            .getManager(),
-                        Level, EmitRemark))
+  else if (!runObserved(M, FAM, Level, EmitRemark))
     PA = PreservedAnalyses::all();
-  if (Next.RingInlining)
-    warnAboutRequests(M);
+  if (Next.RingInlining && buildRefusedRings(M, FAM, Next.Auto))
+    PA = PreservedAnalyses::none();
   return PA;
 }
 

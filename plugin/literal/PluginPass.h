@@ -8,7 +8,9 @@
 /// A user wants to read once about a function what became of it.  Where passes
 /// follow that may still change that, the last word is left to them: to
 /// AutoPass about what the pass has costed and refused (the pass's own reason
-/// is an analysis remark then), and to RingInliningPass about rings.
+/// is an analysis remark then), and to RingInliningPass about rings.  With that
+/// one to come, rings that sources ask for and the pass refuses are built here,
+/// too (RefusedRequests.h).
 ///
 //===----------------------------------------------------------------------===//
 

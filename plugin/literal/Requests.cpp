@@ -132,16 +132,18 @@ static bool isCalledInShortLoop(Function &F, FunctionAnalysisManager &FAM) {
   });
 }
 
-/// Would each copy in a ring of \p F stand for a remainder of its own?
-static bool wouldBeAligned(Function &F) {
-  return findAlignment(F, &F, getPassOption(LongestRingOption)).has_value();
+/// Would each copy in a ring of \p F, which has at most \p Most, stand for a
+/// remainder of its own?
+static bool wouldBeAligned(Function &F, unsigned Most) {
+  return findAlignment(F, &F, Most).has_value();
 }
 
 /// With several self calls, copies that know nothing do not pay: they gain at
 /// one start and lose at another (kernel: puzzle9).  And merging calls pays
 /// more than knowing a remainder.
 static bool profitsAsTree(Function &F, FunctionAnalysisManager &FAM) {
-  return wouldBeAligned(F) && !hasEqualCalls(F, findSelfCalls(F), FAM);
+  return wouldBeAligned(F, getPassOption(LongestRingOption)) &&
+         !hasEqualCalls(F, findSelfCalls(F), FAM);
 }
 
 /// Asks the gate itself about every directly recursive function.
@@ -176,7 +178,9 @@ static std::optional<Verdict> judgeRequest(Function &F,
     return refuse("AccumulatingRecursion")
            << "request withdrawn, without a ring the recursion becomes a loop "
               "that needs no stack";
-  if (wouldBeAligned(F))
+  // What the pass does not grant is built in its place (RefusedRequests.h).
+  if (wouldBeAligned(F, std::max(getPassOption(LongestRingOption),
+                                 MaxRemainders)))
     return std::nullopt;
   if (isCalledInShortLoop(F, FAM))
     return refuse("RequestInShortLoop")

@@ -6,12 +6,14 @@
 #include "plugin/ir/CloneChain.h"
 #include "plugin/ir/ForwardingCall.h"
 #include "plugin/ir/Names.h"
+#include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/ValueTracking.h"
 #include "llvm/IR/IRBuilder.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
 #include "llvm/IR/PatternMatch.h"
+#include "llvm/Transforms/Utils/Cloning.h"
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -43,10 +45,8 @@ static unsigned getDivisor(const Instruction &I, unsigned Most) {
 }
 
 /// By how much the argument \p A of its function is changed where \p Call hands
-/// it on; none if by no constant, or if that may overflow and \p MayWrap is not
-/// set.
-static std::optional<int> getStep(const CallInst &Call, const Argument &A,
-                                  bool MayWrap) {
+/// it on; none if by no constant.
+static std::optional<int> getStep(const CallInst &Call, const Argument &A) {
   const Value *Next = Call.getArgOperand(A.getArgNo());
   if (Next == &A)
     return 0;
@@ -58,12 +58,55 @@ static std::optional<int> getStep(const CallInst &Call, const Argument &A,
   if (Constant->getSignificantBits() > MaxStepBits)
     return std::nullopt;
   const int Value = Constant->getSExtValue();
-  const int Step = IsSubtracted ? -Value : Value;
-  // Downwards, what is not negative does not overflow.
-  if (Step > 0 && !MayWrap &&
-      !cast<OverflowingBinaryOperator>(Next)->hasNoSignedWrap())
-    return std::nullopt;
-  return Step;
+  return IsSubtracted ? -Value : Value;
+}
+
+/// Steps \p Call from some argument \p A that is not negative, and has the
+/// remainder \p Remainder by \p Divisor, over the largest number?  Downwards,
+/// what is not negative does not overflow.
+static bool mayOverflow(const CallInst &Call, const Argument &A,
+                        unsigned Remainder, unsigned Divisor) {
+  const int Step = *getStep(Call, A);
+  if (Step <= 0 || cast<OverflowingBinaryOperator>(
+                       Call.getArgOperand(A.getArgNo()))
+                       ->hasNoSignedWrap())
+    return false;
+  const unsigned Last =
+      APInt::getSignedMaxValue(A.getType()->getIntegerBitWidth())
+          .urem(Divisor);
+  // So far below the largest number is the next one with the remainder.
+  return (Last + Divisor - Remainder) % Divisor < unsigned(Step);
+}
+
+SmallVector<const Instruction *, 2>
+llvm::inlinerecursion::findRemainders(const Function &F, unsigned Most) {
+  SmallVector<const Instruction *, 2> Remainders;
+  for (const Instruction &I : F.getEntryBlock())
+    if (getDivisor(I, Most))
+      Remainders.push_back(&I);
+  stable_sort(Remainders, [Most](const Instruction *L, const Instruction *R) {
+    return getDivisor(*L, Most) > getDivisor(*R, Most);
+  });
+  return Remainders;
+}
+
+/// How copies of \p F can stand for the values of \p Remainder.
+static std::optional<RingAlignment> alignBy(const Instruction &Remainder,
+                                            Function &F,
+                                            ArrayRef<Function *> Links) {
+  const auto &A = *cast<Argument>(Remainder.getOperand(0));
+  const unsigned Divisor = getDivisor(Remainder, ~0u);
+  unsigned Down = 0, Up = 0;
+  for (const CallInst *Call : findPlainCalls(F, Links)) {
+    const auto Step = getStep(*Call, A);
+    if (!Step)
+      return std::nullopt;
+    Down += *Step < 0;
+    Up += *Step > 0;
+  }
+  const bool MayWrap =
+      Remainder.getOpcode() == Instruction::URem && isPowerOf2_32(Divisor);
+  return RingAlignment{A.getArgNo(), Divisor, Down > Up, MayWrap};
 }
 
 std::optional<RingAlignment>
@@ -75,33 +118,15 @@ llvm::inlinerecursion::findAlignment(Function &F, ArrayRef<Function *> Links,
       }))
     return std::nullopt;
 
-  // The largest divisor; others may divide it.
-  const Instruction *Remainder = nullptr;
-  unsigned Divisor = 0;
-  for (const Instruction &I : F.getEntryBlock())
-    if (const unsigned Found = getDivisor(I, Count); Found > Divisor) {
-      Remainder = &I;
-      Divisor = Found;
-    }
-  if (!Remainder)
-    return std::nullopt;
-
-  const auto &A = *cast<Argument>(Remainder->getOperand(0));
-  const bool MayWrap =
-      Remainder->getOpcode() == Instruction::URem && isPowerOf2_32(Divisor);
-  unsigned Down = 0, Up = 0;
-  for (const CallInst *Call : findPlainCalls(F, Links)) {
-    const auto Step = getStep(*Call, A, MayWrap);
-    if (!Step)
-      return std::nullopt;
-    Down += *Step < 0;
-    Up += *Step > 0;
-  }
-  return RingAlignment{A.getArgNo(), Divisor, Down > Up, MayWrap};
+  // Of the largest divisor others may be divisors.
+  for (const Instruction *Remainder : findRemainders(F, Count))
+    if (auto Alignment = alignBy(*Remainder, F, Links))
+      return Alignment;
+  return std::nullopt;
 }
 
 std::optional<RingAlignment>
-llvm::inlinerecursion::findAlignment(const CloneChain &Ring) {
+llvm::inlinerecursion::findAlignment(const CloneChain &Ring, unsigned Most) {
   // Named like copies of the origin, which a linker may see to, but no such.
   auto IsLink = [&Ring](const Function &F) {
     return &F == Ring.Origin || is_contained(Ring.Copies, &F);
@@ -111,21 +136,23 @@ llvm::inlinerecursion::findAlignment(const CloneChain &Ring) {
                             BodyComparison::AsCopied);
       }))
     return std::nullopt;
-  // What nobody enters is to go away.
+  // What nobody enters is to go away, unless it is asked for, and there may be
+  // calls from elsewhere.
+  const bool IsEnteredFromElsewhere =
+      asksForRing(*Ring.Origin) && !Ring.Origin->hasLocalLinkage();
   auto IsEntry = [&Ring](const User *U) {
     const auto *Call = dyn_cast<CallInst>(U);
     return Call && !is_contained(Ring.Copies, Call->getFunction());
   };
-  if (none_of(Ring.Copies, [&IsEntry](const Function *Copy) {
+  if (!IsEnteredFromElsewhere &&
+      none_of(Ring.Copies, [&IsEntry](const Function *Copy) {
         return any_of(Copy->users(), IsEntry);
       }))
     return std::nullopt;
 
-  const auto Alignment =
-      findAlignment(*Ring.Copies.front(), Ring.Copies, Ring.Copies.size());
+  const auto Alignment = findAlignment(*Ring.Copies.front(), Ring.Copies, Most);
   if (!all_of(Ring.Copies, [&](Function *Copy) {
-        return findAlignment(*Copy, Ring.Copies, Ring.Copies.size()) ==
-               Alignment;
+        return findAlignment(*Copy, Ring.Copies, Most) == Alignment;
       }))
     return std::nullopt;
   return Alignment;
@@ -148,18 +175,34 @@ static void fixRemainder(Function &Copy, const RingAlignment &Alignment,
   }
 }
 
+/// Makes \p Ring one of \p Count copies if it is shorter.  Where the new ones
+/// lead to is left to the caller.
+static void lengthenRing(CloneChain &Ring, size_t Count) {
+  auto &Functions = Ring.Origin->getParent()->getFunctionList();
+  while (Ring.Copies.size() < Count) {
+    ValueToValueMapTy VMap;
+    Function &Copy = *CloneFunction(Ring.Copies.front(), VMap);
+    Copy.setName(Ring.Origin->getName() + CloneSuffix);
+    // Side by side, copies are found again.
+    Copy.removeFromParent();
+    Functions.insertAfter(Ring.Copies.back()->getIterator(), &Copy);
+    Ring.Copies.push_back(&Copy);
+  }
+}
+
 void llvm::inlinerecursion::alignRing(CloneChain &Ring,
                                       const RingAlignment &Alignment) {
   const int Divisor = Alignment.Divisor;
-  const SmallVector<Function *, 8> Surplus(Ring.Copies.begin() + Divisor,
-                                           Ring.Copies.end());
   auto &Copies = Ring.Copies;
+  lengthenRing(Ring, Divisor);
+  const SmallVector<Function *, 8> Surplus(Copies.begin() + Divisor,
+                                           Copies.end());
   for (int K = 0; K != Divisor; ++K) {
     const Argument &A = *Copies[K]->getArg(Alignment.ArgNo);
     const int Remainder = Alignment.getRemainder(K);
     for (CallInst *Call : findPlainCalls(*Copies[K], Copies)) {
       const int Next =
-          (Remainder + *getStep(*Call, A, Alignment.MayWrap)) % Divisor;
+          (Remainder + *getStep(*Call, A)) % Divisor;
       Call->setCalledFunction(
           Copies[Alignment.getCopy(Next < 0 ? Next + Divisor : Next)]);
     }
@@ -187,25 +230,46 @@ static BasicBlock &createCase(Function &Entry, Function &Target) {
   return Block;
 }
 
+/// A function of the type of \p F that is always inlined, without a body.
+static Function &createInlined(Function &F, StringRef Suffix) {
+  Function &New = *Function::Create(
+      F.getFunctionType(), GlobalValue::InternalLinkage, F.getAddressSpace(),
+      F.getName() + Suffix, F.getParent());
+  New.copyAttributesFrom(&F);
+  // Not as visible as the function.
+  New.setLinkage(GlobalValue::InternalLinkage);
+  New.removeFnAttr(Attribute::NoInline);
+  New.addFnAttr(Attribute::AlwaysInline);
+  return New;
+}
+
+/// The argument \p A, one value wherever it is used.
+static Value *freezeArgument(Argument *A, IRBuilder<> &Builder) {
+  return isGuaranteedNotToBeUndefOrPoison(A) ? A : Builder.CreateFreeze(A);
+}
+
+/// A function that enters \p Target, a copy of \p F, where \p F is called with
+/// an argument number \p ArgNo that is not negative, and \p F otherwise.
+static Function &createStep(Function &F, Function &Target, unsigned ArgNo) {
+  Function &Step = createInlined(F, StepSuffix);
+  IRBuilder<> Builder(BasicBlock::Create(F.getContext(), "", &Step));
+  Value *A = freezeArgument(Step.getArg(ArgNo), Builder);
+  Value *Overflows =
+      Builder.CreateICmpSLT(A, ConstantInt::get(A->getType(), 0));
+  BasicBlock &Otherwise = createCase(Step, F);
+  Builder.CreateCondBr(Overflows, &Otherwise, &createCase(Step, Target));
+  return Step;
+}
+
 /// A function that enters the copies of \p Ring that are not inlined, where
 /// their remainder is given, and the function that it is made of otherwise.
 static Function &createEntry(const CloneChain &Ring,
                              const RingAlignment &Alignment) {
   Function &F = *Ring.Origin;
   LLVMContext &Context = F.getContext();
-  Function &Entry = *Function::Create(
-      F.getFunctionType(), GlobalValue::InternalLinkage, F.getAddressSpace(),
-      F.getName() + EntrySuffix, F.getParent());
-  Entry.copyAttributesFrom(&F);
-  // Not as visible as the function.
-  Entry.setLinkage(GlobalValue::InternalLinkage);
-  Entry.removeFnAttr(Attribute::NoInline);
-  Entry.addFnAttr(Attribute::AlwaysInline);
-
+  Function &Entry = createInlined(F, EntrySuffix);
   IRBuilder<> Builder(BasicBlock::Create(Context, "", &Entry));
-  Value *A = Entry.getArg(Alignment.ArgNo);
-  if (!isGuaranteedNotToBeUndefOrPoison(A))
-    A = Builder.CreateFreeze(A);
+  Value *A = freezeArgument(Entry.getArg(Alignment.ArgNo), Builder);
   BasicBlock &Otherwise = createCase(Entry, F);
   if (!Alignment.MayWrap) {
     auto *Test = BasicBlock::Create(Context, "", &Entry, &Otherwise);
@@ -233,11 +297,20 @@ void llvm::inlinerecursion::enterAlignedRing(const CloneChain &Ring,
   });
   if (Alignment.MayWrap)
     return;
+  DenseMap<Function *, Function *> Steps;
   for (auto [K, Copy] : enumerate(Ring.Copies)) {
     const Argument &A = *Copy->getArg(Alignment.ArgNo);
     const int Remainder = Alignment.getRemainder(K);
-    for (CallInst *Call : findPlainCalls(*Copy, Ring.Copies))
-      if (Remainder + *getStep(*Call, A, /*MayWrap=*/false) < 0)
+    for (CallInst *Call : findPlainCalls(*Copy, Ring.Copies)) {
+      if (Remainder + *getStep(*Call, A) < 0)
         Call->setCalledFunction(&Entry);
+      if (!mayOverflow(*Call, A, Remainder, Alignment.Divisor))
+        continue;
+      Function *&Step = Steps[Call->getCalledFunction()];
+      if (!Step)
+        Step = &createStep(*Ring.Origin, *Call->getCalledFunction(),
+                           Alignment.ArgNo);
+      Call->setCalledFunction(Step);
+    }
   }
 }

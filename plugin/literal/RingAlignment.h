@@ -16,9 +16,13 @@
 /// Copies are entered with arguments that are not negative and have their
 /// remainder.  The entry sees to that: what does not fit any of the copies that
 /// are functions of their own goes one step on in the function itself.  Within
-/// the ring it follows from the steps.  Upwards, a step that would overflow is
-/// poison and may do anything; downwards, from remainder r, at least r is left.
-/// Only the step down past zero asks the entry.
+/// the ring it follows from the steps.  Downwards, from remainder r, at least r
+/// is left, and only the step down past zero asks the entry.  Upwards, a step of
+/// signed values that would overflow is poison and may do anything.  Where they
+/// wrap, and where they are unsigned (half of those are negative here), only a
+/// step from the last values below the largest number can leave the ring.  That
+/// is done in the copies of their remainders, one in most rings, and there a
+/// test stands in front of the call, which goes on in the function itself.
 ///
 /// In each copy the remainder is a constant then, and so is what depends on it:
 /// the case of a switch, the address of a table's element.  Kernel: machine.
@@ -29,11 +33,13 @@
 #define INLINERECURSION_PLUGIN_LITERAL_RINGALIGNMENT_H
 
 #include "llvm/ADT/ArrayRef.h"
+#include "llvm/ADT/SmallVector.h"
 #include <optional>
 
 namespace llvm {
 
 class Function;
+class Instruction;
 
 namespace inlinerecursion {
 
@@ -43,7 +49,7 @@ struct CloneChain;
 struct RingAlignment {
   /// The argument that the remainder is taken of.
   unsigned ArgNo;
-  /// At least 2, and not more than there are copies.
+  /// At least 2.
   unsigned Divisor;
   /// Do the steps lead down?  The first copy then stands for the largest
   /// remainder, otherwise for 0.
@@ -67,21 +73,32 @@ struct RingAlignment {
   }
 };
 
-/// How \p Count copies of \p F, which calls one of \p Links where it calls
-/// itself, can be aligned; nothing where such a call does not step by a
-/// constant, or may overflow.
+/// The largest divisor whose remainders get a copy each where the source asks
+/// for a ring.
+constexpr unsigned MaxRemainders = 64;
+
+/// The remainders of arguments of \p F by constants from 2 to \p Most that its
+/// entry block takes, the largest divisor first.
+SmallVector<const Instruction *, 2> findRemainders(const Function &F,
+                                                   unsigned Most);
+
+/// How at most \p Count copies of \p F, which calls one of \p Links where it
+/// calls itself, can be aligned; nothing where such a call does not step by a
+/// constant.
 std::optional<RingAlignment>
 findAlignment(Function &F, ArrayRef<Function *> Links, unsigned Count);
 
-/// How the copies of \p Ring, as the pass has just built it, can be aligned;
-/// nothing also where nobody enters it, or where they are not alike.  Copies
-/// that are aligned must not be asked about again: they are not alike any more.
-std::optional<RingAlignment> findAlignment(const CloneChain &Ring);
+/// How \p Ring, as it has just been built, can be aligned if it may have at
+/// most \p Most copies; nothing also where nobody enters it, or where the
+/// copies are not alike.  Copies that are aligned must not be asked about again:
+/// they are not alike any more.
+std::optional<RingAlignment> findAlignment(const CloneChain &Ring,
+                                           unsigned Most);
 
 /// Makes the remainder a constant in each copy of \p Ring, and lets them call
-/// each other accordingly.  Copies that stand for nothing are erased.  Who
-/// calls one from outside calls the origin again, until enterAlignedRing is
-/// called.
+/// each other accordingly.  Copies that are missing are made, and those that
+/// stand for nothing are erased.  Who calls one from outside calls the origin
+/// again, until enterAlignedRing is called.
 void alignRing(CloneChain &Ring, const RingAlignment &Alignment);
 
 /// Lets all calls of the origin of \p Ring, its own included, enter the ring at

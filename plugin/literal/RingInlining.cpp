@@ -49,6 +49,19 @@ static bool isPlanned(const CloneChain &Ring) {
   });
 }
 
+/// How \p Ring, which the pass has just granted, or which was built in its
+/// place, can be aligned.  Where the source asks for it, the ring may become as
+/// long as its largest remainder needs; the pass goes by the first one.
+static std::optional<RingAlignment> findNewAlignment(const CloneChain &Ring) {
+  const unsigned Count = Ring.Copies.size();
+  if (asksForRing(*Ring.Origin)) {
+    const auto Longer = findAlignment(Ring, std::max(Count, MaxRemainders));
+    if (Longer && !judgeRingSize(*Ring.Copies.front(), Longer->Divisor))
+      return Longer;
+  }
+  return findAlignment(Ring, Count);
+}
+
 /// How large a copy of \p Ring may be that is inlined.
 static unsigned getSizeLimit(const CloneChain &Ring,
                              FunctionAnalysisManager &FAM) {
@@ -78,7 +91,7 @@ PreservedAnalyses RingInliningPass::run(Module &M, ModuleAnalysisManager &MAM) {
     const bool IsNew = isGranted(Chain) && !isPlanned(Chain);
     std::optional<RingAlignment> Alignment;
     if (IsNew)
-      Alignment = findAlignment(Chain);
+      Alignment = findNewAlignment(Chain);
     if (Alignment)
       alignRing(Chain, *Alignment);
     planInlining(Chain.Copies, SizeLimit, GrowthLeft);

@@ -106,8 +106,7 @@ void llvm::inlinerecursion::tellDiscardedProfile(Function &F,
 }
 
 void llvm::inlinerecursion::warnAboutRequest(Function &F, const Verdict &Why) {
-  const Attribute Asked = F.getFnAttribute(Request);
-  if (Asked.isValid() && Asked.getValueAsString() != FoundRequest)
+  if (asksForRing(F))
     warn(F, "ring of copies", "is", Why);
 }
 
