@@ -35,16 +35,22 @@ void llvm::inlinerecursion::forgetSeen(Module &M) {
     F.removeFnAttr(SeenMark);
 }
 
+/// What the attribute \p Mark of \p F says.
+static Verdict readRefusal(const Function &F, StringRef Mark) {
+  // The context keeps the text of the mark as long as it lives.
+  const auto [Name, Rest] =
+      F.getFnAttribute(Mark).getValueAsString().split(' ');
+  const auto [Reason, Remedy] = Rest.split('\n');
+  return refuse(Name, Remedy) << Reason;
+}
+
 void llvm::inlinerecursion::tellUndecided(Module &M) {
   for (Function &F : M) {
-    const Attribute Mark = F.getFnAttribute(UndecidedMark);
-    if (!Mark.isValid())
+    if (!F.hasFnAttribute(UndecidedMark))
       continue;
-    // The context keeps the text of the mark as long as it lives.
-    const auto [Name, Rest] = Mark.getValueAsString().split(' ');
-    const auto [Reason, Remedy] = Rest.split('\n');
+    const Verdict V = readRefusal(F, UndecidedMark);
     F.removeFnAttr(UndecidedMark);
-    emitRemark(F, refuse(Name, Remedy) << Reason);
+    emitRemark(F, V);
   }
 }
 
@@ -77,6 +83,9 @@ struct Candidate {
 
   /// Does its source ask for a number of copies?
   bool isRequested() const { return F->hasFnAttribute(CopiesMark); }
+
+  /// Does its source ask for a ring that cannot be built?
+  bool asksForStates() const { return F->hasFnAttribute(RefusedMark); }
 };
 
 /// One run of the pass on one module.
@@ -101,6 +110,7 @@ private:
   void forgetAround(const Function &F);
   Plan planWithin(const Trial &Tried, uint64_t Share) const;
   bool grantRequest(Candidate &C);
+  bool grantStates(Candidate &C);
   bool takeTurn(Candidate &C, GrowthBudget &Budget);
   void buildPlan(Candidate &C, Function &F, const Plan &Granted);
   void tell(const Candidate &C, const Trial &Tried, Plan &Decided) const;
@@ -276,11 +286,33 @@ bool AutoRun::grantRequest(Candidate &C) {
   return true;
 }
 
+/// Builds a copy for each state of \p C, whose source asks for a ring that
+/// cannot be built.  False if that is not possible either; the user is warned,
+/// and the function is one like others.
+bool AutoRun::grantStates(Candidate &C) {
+  rethink(C);
+  const Verdict NoRing = readRefusal(*C.F, RefusedMark);
+  C.F->removeFnAttr(RefusedMark);
+  if (C.Wanted->Kind != Plan::States || C.Wanted->Growth > RequestedLeft) {
+    warnAboutRequest(*C.F, NoRing);
+    C.Known.reset();
+    return false;
+  }
+  RequestedLeft -= C.Wanted->Growth;
+  Trial Tried(*C.F, FAM, Limits, *C.Known, *C.Wanted);
+  Plan Granted = *C.Wanted;
+  tell(C, Tried, Granted);
+  buildPlan(C, *C.F, Granted);
+  return true;
+}
+
 /// Decides about \p C and builds what fits.  False if its share is too little,
 /// and another turn may bring more.
 bool AutoRun::takeTurn(Candidate &C, GrowthBudget &Budget) {
   if (C.isRequested())
     return grantRequest(C);
+  if (C.asksForStates() && grantStates(C))
+    return true;
   rethink(C);
   Trial Tried(*C.F, FAM, Limits, *C.Known, *C.Wanted);
   Plan Granted =

@@ -59,8 +59,8 @@ static uint64_t estimateRingSize(const Function &F, unsigned Copies) {
   return Total + Inlined;
 }
 
-std::optional<Verdict>
-llvm::inlinerecursion::judgeRingSize(const Function &F, unsigned Copies) {
+std::optional<Verdict> llvm::inlinerecursion::judgeRingSize(const Function &F,
+                                                            unsigned Copies) {
   const uint64_t Size = estimateRingSize(F, Copies);
   if (Size <= MaxRingSize)
     return std::nullopt;

@@ -47,8 +47,9 @@ static Verdict explainNoAlignment(const Function &F) {
 
   const auto Remainders = findRemainders(F, MaxRemainders);
   if (Remainders.empty())
-    return refuse("NoRemainder", "begin it with one, or start it with constants "
-                                 "and hand on what follows from them")
+    return refuse("NoRemainder",
+                  "begin it with one, or start it with constants "
+                  "and hand on what follows from them")
            << "its entry block takes no remainder of an argument by a constant "
               "from 2 to "
            << NV("Limit", MaxRemainders);

@@ -6,12 +6,14 @@
 /// unsigned one any number (docs/ring-ranges.md).  What the source asks for and
 /// the pass has refused is looked at here, behind the pass:
 ///
-///   - Where all self calls step by constants, the remainder has exactly as many
+///   - Where all self calls step by constants, the remainder has exactly as
+///   many
 ///     values as the divisor says, and a ring of so many copies is built by the
 ///     pass's own driver, marked as if it was granted, and specialised for the
 ///     constants that enter it.  RingInliningPass aligns it (RingAlignment.h),
 ///     which is all that such a ring is for.
-///   - Where they do not, the automatic policy may have a copy for each state of
+///   - Where they do not, the automatic policy may have a copy for each state
+///   of
 ///     the arguments (policy/StatesOffer.cpp).  If one follows, the reason why
 ///     there is no ring is left on the function (RefusedMark).
 ///   - The user is warned otherwise, and told which rule refused and what to
@@ -34,9 +36,9 @@ namespace inlinerecursion {
 bool mayBuildRefused(Function &F);
 
 /// Builds the rings that \p M asks for and the pass has refused, where that is
-/// possible.  \p AutoFollows: an automatic policy is to come, which has the last
-/// word about the others.  True if the module was changed.  A SingleRun must be
-/// alive.
+/// possible.  \p AutoFollows: an automatic policy is to come, which has the
+/// last word about the others.  True if the module was changed.  A SingleRun
+/// must be alive.
 bool buildRefusedRings(Module &M, FunctionAnalysisManager &FAM,
                        bool AutoFollows);
 

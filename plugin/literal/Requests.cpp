@@ -179,8 +179,8 @@ static std::optional<Verdict> judgeRequest(Function &F,
            << "request withdrawn, without a ring the recursion becomes a loop "
               "that needs no stack";
   // What the pass does not grant is built in its place (RefusedRequests.h).
-  if (wouldBeAligned(F, std::max(getPassOption(LongestRingOption),
-                                 MaxRemainders)))
+  if (wouldBeAligned(F,
+                     std::max(getPassOption(LongestRingOption), MaxRemainders)))
     return std::nullopt;
   if (isCalledInShortLoop(F, FAM))
     return refuse("RequestInShortLoop")

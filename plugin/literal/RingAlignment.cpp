@@ -67,13 +67,12 @@ static std::optional<int> getStep(const CallInst &Call, const Argument &A) {
 static bool mayOverflow(const CallInst &Call, const Argument &A,
                         unsigned Remainder, unsigned Divisor) {
   const int Step = *getStep(Call, A);
-  if (Step <= 0 || cast<OverflowingBinaryOperator>(
-                       Call.getArgOperand(A.getArgNo()))
-                       ->hasNoSignedWrap())
+  if (Step <= 0 ||
+      cast<OverflowingBinaryOperator>(Call.getArgOperand(A.getArgNo()))
+          ->hasNoSignedWrap())
     return false;
   const unsigned Last =
-      APInt::getSignedMaxValue(A.getType()->getIntegerBitWidth())
-          .urem(Divisor);
+      APInt::getSignedMaxValue(A.getType()->getIntegerBitWidth()).urem(Divisor);
   // So far below the largest number is the next one with the remainder.
   return (Last + Divisor - Remainder) % Divisor < unsigned(Step);
 }
@@ -91,9 +90,8 @@ llvm::inlinerecursion::findRemainders(const Function &F, unsigned Most) {
 }
 
 /// How copies of \p F can stand for the values of \p Remainder.
-static std::optional<RingAlignment> alignBy(const Instruction &Remainder,
-                                            Function &F,
-                                            ArrayRef<Function *> Links) {
+static std::optional<RingAlignment>
+alignBy(const Instruction &Remainder, Function &F, ArrayRef<Function *> Links) {
   const auto &A = *cast<Argument>(Remainder.getOperand(0));
   const unsigned Divisor = getDivisor(Remainder, ~0u);
   unsigned Down = 0, Up = 0;
@@ -201,8 +199,7 @@ void llvm::inlinerecursion::alignRing(CloneChain &Ring,
     const Argument &A = *Copies[K]->getArg(Alignment.ArgNo);
     const int Remainder = Alignment.getRemainder(K);
     for (CallInst *Call : findPlainCalls(*Copies[K], Copies)) {
-      const int Next =
-          (Remainder + *getStep(*Call, A)) % Divisor;
+      const int Next = (Remainder + *getStep(*Call, A)) % Divisor;
       Call->setCalledFunction(
           Copies[Alignment.getCopy(Next < 0 ? Next + Divisor : Next)]);
     }

@@ -17,12 +17,13 @@
 /// remainder.  The entry sees to that: what does not fit any of the copies that
 /// are functions of their own goes one step on in the function itself.  Within
 /// the ring it follows from the steps.  Downwards, from remainder r, at least r
-/// is left, and only the step down past zero asks the entry.  Upwards, a step of
-/// signed values that would overflow is poison and may do anything.  Where they
-/// wrap, and where they are unsigned (half of those are negative here), only a
-/// step from the last values below the largest number can leave the ring.  That
-/// is done in the copies of their remainders, one in most rings, and there a
-/// test stands in front of the call, which goes on in the function itself.
+/// is left, and only the step down past zero asks the entry.  Upwards, a step
+/// of signed values that would overflow is poison and may do anything.  Where
+/// they wrap, and where they are unsigned (half of those are negative here),
+/// only a step from the last values below the largest number can leave the
+/// ring.  That is done in the copies of their remainders, one in most rings,
+/// and there a test stands in front of the call, which goes on in the function
+/// itself.
 ///
 /// In each copy the remainder is a constant then, and so is what depends on it:
 /// the case of a switch, the address of a table's element.  Kernel: machine.
@@ -90,8 +91,8 @@ findAlignment(Function &F, ArrayRef<Function *> Links, unsigned Count);
 
 /// How \p Ring, as it has just been built, can be aligned if it may have at
 /// most \p Most copies; nothing also where nobody enters it, or where the
-/// copies are not alike.  Copies that are aligned must not be asked about again:
-/// they are not alike any more.
+/// copies are not alike.  Copies that are aligned must not be asked about
+/// again: they are not alike any more.
 std::optional<RingAlignment> findAlignment(const CloneChain &Ring,
                                            unsigned Most);
 

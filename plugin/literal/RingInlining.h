@@ -6,8 +6,8 @@
 /// pass runs behind it and plans the inlining anew, with a limit.  Before that
 /// it aligns the copies, if it can: each stands for one remainder then, and is
 /// smaller (RingAlignment.h).  A ring that the source asks for gets as many
-/// copies as its largest remainder has values, whichever the pass has granted it
-/// for.
+/// copies as its largest remainder has values, whichever the pass has granted
+/// it for.
 ///
 /// What limit pays depends on the shape (benchmarks/kernels/ring_*_opaque,
 /// where the start of the recursion is unknown):

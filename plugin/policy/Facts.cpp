@@ -36,6 +36,8 @@ std::optional<unsigned> Facts::getRequestedCopies() const {
   return Count;
 }
 
+bool Facts::asksForStates() const { return F.hasFnAttribute(RefusedMark); }
+
 uint64_t Facts::getFrameSize() const {
   return findOnce(FrameSize,
                   [this] { return inlinerecursion::getFrameSize(F); });

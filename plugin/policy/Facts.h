@@ -44,6 +44,9 @@ public:
   /// The copies that its source asks for; none if it does not.
   std::optional<unsigned> getRequestedCopies() const;
 
+  /// Does its source ask for a ring that cannot be built?
+  bool asksForStates() const;
+
   /// Its instructions.
   unsigned getSize() const { return Size; }
 

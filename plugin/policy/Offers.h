@@ -28,7 +28,8 @@ std::optional<Plan> offerChain(const Facts &Known, const Bounds &Limits);
 /// in every activation, and there are few such states: a copy for each.  Calls
 /// from copy to copy stay calls unless little is left of the one that is
 /// called, so neither the depth nor the size of the function matters, only what
-/// the constants save.
+/// the constants save, and not even that where the source asks for a ring that
+/// cannot be built.
 std::optional<Plan> offerStates(const Facts &Known, const Bounds &Limits);
 
 /// Adds to \p Refusal why there are no copies for states although constants

@@ -49,9 +49,26 @@ static Plan makeRequestedPlan(const Facts &Known, Bounds Limits,
   return Refused;
 }
 
+/// The copies for states of a function whose source asks for a ring that cannot
+/// be built, whatever they save.
+static std::optional<Plan> makeRequestedStates(const Facts &Known,
+                                               Bounds Limits) {
+  Limits.StateGrowth = Limits.RequestedGrowth;
+  for (const Obstacle &InTheWay : getObstacles()) {
+    Verdict Why = refuse(InTheWay.Name);
+    if (InTheWay.IsFirm && !(InTheWay.Open & OfferStates) &&
+        InTheWay.Holds(Known, Limits, Why))
+      return std::nullopt;
+  }
+  return offerStates(Known, Limits);
+}
+
 Plan llvm::inlinerecursion::makePlan(const Facts &Known, const Bounds &Limits) {
   if (const std::optional<unsigned> Count = Known.getRequestedCopies())
     return makeRequestedPlan(Known, Limits, *Count);
+  if (Known.asksForStates())
+    if (std::optional<Plan> States = makeRequestedStates(Known, Limits))
+      return std::move(*States);
   unsigned Open = OpenWithoutObstacle;
   // Without an obstacle there is a ring at least.
   Plan Refused(refuse(""));
