@@ -57,11 +57,11 @@ static Verdict explainNoAlignment(const Function &F) {
   const auto &Divisor = *cast<ConstantInt>(Remainders.front()->getOperand(1));
   return refuse("NoConstantStep", "hand on that argument and a constant, or "
                                   "start it with constants")
-         << "it does not step by a constant in all self calls from the "
-            "argument "
+         << "not all of its self calls step argument "
          << NV("Argument", A.getArgNo() + 1)
-         << " that it takes the remainder by "
-         << NV("Divisor", unsigned(Divisor.getZExtValue())) << " of";
+         << ", of which it takes the remainder by "
+         << NV("Divisor", unsigned(Divisor.getZExtValue()))
+         << ", by a constant";
 }
 
 /// How a ring of \p F that the pass has refused can be aligned.
