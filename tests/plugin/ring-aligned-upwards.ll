@@ -8,7 +8,7 @@
 
 declare void @use(i32, i32, i32)
 
-define internal void @f(i32 %n) "specialize-inline-recursion-function" {
+define internal void @f(i32 %n) "specialize-inline-recursion-function"="found" {
   %small = srem i32 %n, 2
   %r = srem i32 %n, 4
   %other = urem i32 %n, 3
