@@ -1,8 +1,8 @@
 /*===- request.h - Ask for copies, or for none ---------------------- C -*-===*\
 |*
 |* For recursive functions whose first statement takes a remainder of an
-|* argument by a small constant (the row and column of a cell index, a state
-|* that cycles, ...): the compiler plugin InlineRecursion gives each remainder
+|* argument by a constant from 2 to 64 (the row and column of a cell index, a
+|* state that cycles, ...) and that step it by constants: the compiler plugin InlineRecursion gives each remainder
 |* a copy of the function of its own, and where the recursion starts with a
 |* constant, each argument.
 |*

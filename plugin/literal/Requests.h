@@ -25,7 +25,8 @@
 ///     a recursion into a loop with an accumulator; in a ring it keeps using
 ///     stack, and a program that recurses millions of times would run out of
 ///     it.
-///   - The copies could not be aligned, and a self call stands in a loop that
+///   - The copies could not be aligned (as many of them as the remainder has
+///     values, see RefusedRequests.h), and a self call stands in a loop that
 ///     the compiler unrolls.
 ///   - The copies could not be aligned, there are more than two self calls, and
 ///     no constant enters from outside: such a ring is slower than the function
