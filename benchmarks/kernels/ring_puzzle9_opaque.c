@@ -2,7 +2,8 @@
 // sweep: argument 0 1 2 3 5
 //
 // Completes a puzzle of 9 x 9 cells; the argument is the cell. Its remainder by
-// nine is bounded too loosely for a ring, the one by three gives four copies.
+// nine is bounded too loosely for the pass, the one by three gives four copies;
+// asked for, there are nine.
 // Here because constants are gained for row, column and box.
 // The recursion starts at a value read at run time.
 
