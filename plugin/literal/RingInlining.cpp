@@ -56,7 +56,7 @@ static std::optional<RingAlignment> findNewAlignment(const CloneChain &Ring) {
   const unsigned Count = Ring.Copies.size();
   if (asksForRing(*Ring.Origin)) {
     const auto Longer = findAlignment(Ring, std::max(Count, MaxRemainders));
-    if (Longer && !judgeRingSize(*Ring.Copies.front(), Longer->Divisor))
+    if (Longer && !judgeRingSize(*Ring.Origin, Longer->Divisor))
       return Longer;
   }
   return findAlignment(Ring, Count);
