@@ -37,11 +37,6 @@ std::optional<Plan> offerStates(const Facts &Known, const Bounds &Limits);
 void explainNoStates(const Facts &Known, const Bounds &Limits,
                      Verdict &Refusal);
 
-/// Adds to \p Refusal why no copies for states are offered, if constants enter
-/// the function.
-void explainNoStates(const Facts &Known, const Bounds &Limits,
-                     Verdict &Refusal);
-
 /// Where a recursion counts, and runs to its end, its last levels are known
 /// whatever it is entered with: a chain for those is entered by the function
 /// itself, when its counter gets there.  Such leaves are straight-line code
