@@ -55,6 +55,18 @@ static bool areInlineCompatible(Function &Caller, Function &Callee,
              /*AllowCallerSuperset=*/true);
 }
 
+/// Keeps the inliner from merging calls of \p F into \p F, which another file
+/// has.  Once copies have replaced all other calls, LLVM 16 deletes such a
+/// function as soon as its last self call is merged, and then reports in which
+/// function that was: this one (DefaultInlineAdvice, InlineAdvisor.cpp).
+static void keepSelfCalls(Function &F) {
+  for (CallBase *Call : findCallsOf<CallBase>(F))
+    if (isSelfCall(*Call)) {
+      Call->removeFnAttr(Attribute::AlwaysInline);
+      Call->setIsNoInline();
+    }
+}
+
 PreservedAnalyses CallRepairPass::run(Module &M, ModuleAnalysisManager &MAM) {
   removeProtection(M);
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
@@ -71,6 +83,10 @@ PreservedAnalyses CallRepairPass::run(Module &M, ModuleAnalysisManager &MAM) {
       }
     }
   }
+  for (Function &F : M)
+    if (F.hasAvailableExternallyLinkage() &&
+        (hasCloneMark(F) || F.hasFnAttribute(StateMark)))
+      keepSelfCalls(F);
   repairProfile(M, FAM);
   // No analysis rests on these attributes and counts.
   return PreservedAnalyses::all();
