@@ -254,7 +254,10 @@ void StateSearch::dropIdle(const ArgumentTuple &Passed, SmallBitVector &Known) {
     Fewer.reset(I);
     if (closeAround(Passed, Fewer) == Closed) {
       const auto Tried = ArrayRef(Found.States).drop_front(Before);
-      if (!Tried.empty() && Tried.size() < Count &&
+      // One state for all that is left is what constant propagation between
+      // functions finds by itself, where the function is local.
+      if (Tried.size() > (F.hasLocalLinkage() ? 1 : 0) &&
+          Tried.size() < Count &&
           inlinerecursion::getSavedShare(Tried) >= Share * EnoughShare) {
         Known = Fewer;
         continue;
