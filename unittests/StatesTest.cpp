@@ -250,6 +250,41 @@ TEST(StatesTest, SeveralArguments) {
   EXPECT_EQ(One.States.Growing, nullptr);
 }
 
+/// Eight divisions of \p Argument, which are stored.
+std::string working(const std::string &Argument, char First = 'A') {
+  std::string Body;
+  for (char Name = First; Name != First + 8; ++Name)
+    Body += std::string("  %") + Name + " = sdiv i32 " + Argument +
+            ", 7\n  store volatile i32 %" + Name + ", ptr @other\n";
+  return Body;
+}
+
+TEST(StatesTest, IdleArgumentsDropOut) {
+  const std::string Step = "  %m = xor i32 %n, 1\n  %k1 = add i32 %k, 1\n"
+                           "  %l = call i32 @llvm.smin.i32(i32 %k1, i32 5)\n";
+  const std::string Enter = "  %a = call i32 @f(i32 0, i32 0)";
+  EXPECT_EQ(Found(counting(AtRandom, Step + working("%n"), Enter)).all(),
+            "0,_ 1,_");
+  // What saves as much stays.
+  EXPECT_EQ(Found(counting(AtRandom, Step + working("%n") + working("%k1", 'I'),
+                           Enter))
+                .States.States.size(),
+            7u);
+}
+
+// What every call passes is found without states, and is no reason to do
+// without others.
+TEST(StatesTest, OneStateForAllIsNotEnough) {
+  std::string Text =
+      counting(AtZero,
+               "  %m = sub i32 %n, 1\n  %l = add i32 %k, 0\n" + working("%k") +
+                   working("%k", 'I') + working("%k", 'Q') + working("%k", 'b'),
+               "  %a = call i32 @f(i32 3, i32 8)");
+  EXPECT_EQ(Found(Text).all(), "_,8");
+  Text.replace(Text.find("define i32 @f"), 13, "define internal i32 @f");
+  EXPECT_EQ(Found(Text).all(), "3,8 2,8 1,8 0,8");
+}
+
 /// A second self call, which passes something unknown where n is \p When.
 std::string losing(const std::string &When) {
   return "  %m = sub i32 %n, 1\n  %l = add i32 %k, 1\n  %w = icmp eq i32 %n, " +
