@@ -14,10 +14,7 @@ namespace {
 class Folded {
 public:
   explicit Folded(const std::string &Assembly)
-      : TM(Assembly), F(TM.function("f")),
-        Body(F, TM.analyses()
-                    .getResult<FunctionAnalysisManagerModuleProxy>(TM.module())
-                    .getManager()) {}
+      : TM(Assembly), F(TM.function("f")), Body(F, TM.functionAnalyses()) {}
 
   /// With the number \p N in the place of the first argument.
   FoldedBody &with(unsigned N) {

@@ -20,18 +20,13 @@ public:
   explicit Asked(const std::string &Assembly, Bounds Limits = Wide,
                  StringRef Name = "f")
       : TM(Assembly),
-        Known(TM.function(Name), analyses(), Limits.InlinerFollows),
+        Known(TM.function(Name), TM.functionAnalyses(), Limits.InlinerFollows),
         What(makePlan(Known, Limits)),
         PassesSum(findSumToPass(Known, Limits, What)),
         LoopsFirst(wantsLoopsFirst(Known, Limits, What)) {}
 
 private:
   TestModule TM;
-  FunctionAnalysisManager &analyses() {
-    return TM.analyses()
-        .getResult<FunctionAnalysisManagerModuleProxy>(TM.module())
-        .getManager();
-  }
   const Facts Known;
 
 public:

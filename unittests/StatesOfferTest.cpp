@@ -18,7 +18,8 @@ class Offered {
 public:
   explicit Offered(const std::string &Assembly, unsigned StateGrowth = 1000,
                    bool InlinerFollows = true)
-      : TM(Assembly), Known(TM.function("f"), analyses(), InlinerFollows) {
+      : TM(Assembly),
+        Known(TM.function("f"), TM.functionAnalyses(), InlinerFollows) {
     Bounds Limits = getDefaultBounds();
     Limits.StateGrowth = StateGrowth;
     Limits.InlinerFollows = InlinerFollows;
@@ -31,11 +32,6 @@ public:
 
 private:
   TestModule TM;
-  FunctionAnalysisManager &analyses() {
-    return TM.analyses()
-        .getResult<FunctionAnalysisManagerModuleProxy>(TM.module())
-        .getManager();
-  }
 
 public:
   const Facts Known;

@@ -16,7 +16,8 @@ namespace {
 class Found {
 public:
   explicit Found(const std::string &Assembly)
-      : TM(Assembly), F(TM.function("f")), States(findStates(F, analyses())) {}
+      : TM(Assembly), F(TM.function("f")),
+        States(findStates(F, TM.functionAnalyses())) {}
 
   /// All of them, in the order in which they are met.
   std::string all() const {
@@ -47,11 +48,6 @@ public:
 
 private:
   TestModule TM;
-  FunctionAnalysisManager &analyses() {
-    return TM.analyses()
-        .getResult<FunctionAnalysisManagerModuleProxy>(TM.module())
-        .getManager();
-  }
 
 public:
   Function &F;

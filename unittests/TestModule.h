@@ -58,6 +58,9 @@ public:
 
   Module &module() { return *M; }
   ModuleAnalysisManager &analyses() { return MAM; }
+  FunctionAnalysisManager &functionAnalyses() {
+    return MAM.getResult<FunctionAnalysisManagerModuleProxy>(*M).getManager();
+  }
 
   Function &function(StringRef Name) {
     Function *F = M->getFunction(Name);
