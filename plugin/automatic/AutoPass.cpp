@@ -9,10 +9,12 @@
 #include "plugin/ir/Names.h"
 #include "plugin/ir/SingleRun.h"
 #include "plugin/legality/Protection.h"
+#include "plugin/plan/Planned.h"
 #include "plugin/policy/Facts.h"
 #include "plugin/policy/Policy.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/rewrite/Build.h"
+#include "plugin/tell/Decisions.h"
 #include "plugin/tell/Remarks.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/IR/InstIterator.h"
@@ -48,7 +50,8 @@ void llvm::inlinerecursion::tellUndecided(Module &M) {
   for (Function &F : M) {
     if (!F.hasFnAttribute(UndecidedMark))
       continue;
-    const Verdict V = readRefusal(F, UndecidedMark);
+    Verdict V = readRefusal(F, UndecidedMark);
+    V.IsLate = true;
     F.removeFnAttr(UndecidedMark);
     emitRemark(F, V);
   }
@@ -109,6 +112,7 @@ private:
   void rethink(Candidate &C);
   void forgetAround(const Function &F);
   Plan planWithin(const Trial &Tried, uint64_t Share) const;
+  bool grantPlan(Candidate &C);
   bool grantRequest(Candidate &C);
   bool grantStates(Candidate &C);
   bool takeTurn(Candidate &C, GrowthBudget &Budget);
@@ -134,23 +138,30 @@ private:
 };
 } // namespace
 
+/// Why no copies are made of \p F, which is not legal.
+static Verdict explainIllegal(const Function &F) {
+  if (const ProtectionReason *Reason = getProtection(F))
+    return refuse(Reason->Name, Reason->Remedy) << Reason->Text;
+  return refuse("Chained")
+         << "the rules of the level have made copies of it already";
+}
+
 /// May no copies be made of \p F?  Whoever asks for some is told why.
 bool AutoRun::isRefused(Function &F) {
   if (D.isLegalToInlineRecursion(&F))
     return false;
-  if (F.hasFnAttribute(CopiesMark)) {
-    const ProtectionReason *Reason = getProtection(F);
-    refuseCopies(F, Reason ? refuse(Reason->Name) << Reason->Text
-                           : refuse("Chained")
-                                 << "the rules of the level have made copies "
-                                    "of it already");
-  }
+  if (F.hasFnAttribute(CopiesMark))
+    refuseCopies(F, explainIllegal(F));
+  const std::optional<PlanSpec> Plan = getPlan(F);
+  if (Plan && Plan->Kind != PlanSpec::None && !Plan->ByRules)
+    warnAboutPlan(F, explainIllegal(F));
   return true;
 }
 
 /// The functions to ask about, each with a body and a call of itself.
 SmallVector<Function *, 8> AutoRun::collect() {
   const bool IsSecondLook = !Limits.InlinerFollows;
+  releasePlanned(M);
   SmallVector<Function *, 8> Recursive;
   for (Function &F : M) {
     if (F.isDeclaration() || !isDirectlyRecursive(F) ||
@@ -158,7 +169,7 @@ SmallVector<Function *, 8> AutoRun::collect() {
       continue;
     if (!isRefused(F))
       Recursive.push_back(&F);
-    if (!IsSecondLook)
+    if (!IsSecondLook && !isPlannedLate(F))
       F.addFnAttr(SeenMark);
   }
   return Recursive;
@@ -187,11 +198,14 @@ void AutoRun::forgetAround(const Function &F) {
 
 void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidate C(F, IsRest);
+  if (IsRest)
+    replanPart(F, /*IsLate=*/!Limits.InlinerFollows);
   rethink(C);
   Trial Tried(F, FAM, Limits, *C.Known, *C.Wanted);
-  // States have a budget of their own, and what the source asks for takes
-  // nothing from others.
-  if (!C.isRequested() && Tried.getPlan().Kind != Plan::States)
+  // States have a budget of their own, and what a plan or the source asks for
+  // takes nothing from others.
+  if (!C.isRequested() && !C.Known->getPlan() &&
+      Tried.getPlan().Kind != Plan::States)
     C.Demand = Tried.getPlan().Growth;
   if (Tried.isPrepared()) {
     Tried.takeBack();
@@ -229,12 +243,27 @@ Plan AutoRun::planWithin(const Trial &Tried, uint64_t Share) const {
                                          : GrowthLimit));
 }
 
+/// What \p Granted for what \p Tried has made of a function is in the language
+/// of plans.
+static PlanSpec describe(const Plan &Granted, const Trial &Tried) {
+  PlanSpec Spec = inlinerecursion::describe(Granted);
+  // Constants leave nothing to prepare.
+  if (Granted.Kind != Plan::Chain && Granted.Kind != Plan::States) {
+    Spec.PassSum = Tried.passesSum();
+    Spec.LoopFirst = Tried.madeLoops();
+  }
+  return Spec;
+}
+
 /// Tells the user what was decided about \p C.
 void AutoRun::tell(const Candidate &C, const Trial &Tried,
                    Plan &Decided) const {
-  // Of what a split has left, which nobody has written, only news are told.
-  if (!TellUser || (C.IsRest && Decided.Kind == Plan::Nothing))
+  if (!TellUser)
     return;
+  Decided.Decision.IsLate = !Limits.InlinerFollows;
+  // Of what a split has left, which nobody has written, only news are told.
+  if (C.IsRest && Decided.Kind == Plan::Nothing)
+    return addDecision(*C.F, Decided.Decision, /*IsPart=*/true);
   if (SecondLookFollows && Decided.MayGoAway) {
     const Verdict &V = Decided.Decision;
     C.F->addFnAttr(UndecidedMark,
@@ -244,7 +273,11 @@ void AutoRun::tell(const Candidate &C, const Trial &Tried,
   C.F->removeFnAttr(UndecidedMark);
   if (Decided.Kind != Plan::Nothing && Tried.passesSum())
     Decided.Decision << ", handing its sum on from self call to self call";
+  if (Decided.Kind != Plan::Nothing && Tried.getFacts().getPlan())
+    Decided.Decision << ", as planned";
   Decided.Decision.Growth = Decided.Growth;
+  if (Decided.Kind != Plan::Nothing)
+    Decided.Decision.Plan = describe(Decided, Tried).str();
   emitRemark(*C.F, Decided.Decision, /*IsPart=*/C.IsRest);
 }
 
@@ -261,6 +294,47 @@ void AutoRun::buildPlan(Candidate &C, Function &F, const Plan &Granted) {
     addCandidate(*Result.Rest, /*IsRest=*/true);
   for (Function *Copy : Result.Copies)
     addCandidate(*Copy, /*IsRest=*/true);
+}
+
+/// What the plan that \p Tried was made by wants to have prepared and \p Tried
+/// has not; empty if there is no such thing.
+static StringRef findUnprepared(const Trial &Tried, const PlanSpec &Spec) {
+  if (Spec.PassSum.value_or(false) && !Tried.passesSum())
+    return "it adds up no results that could be handed on";
+  if (Spec.LoopFirst.value_or(false) && !Tried.madeLoops())
+    return "none of its self calls, or each of them, becomes a loop";
+  return "";
+}
+
+/// Builds what the plan of \p C says.  False if that is refused, and the
+/// function is one like others.
+bool AutoRun::grantPlan(Candidate &C) {
+  rethink(C);
+  const PlanSpec Spec = *C.Known->getPlan();
+  Trial Tried(*C.F, FAM, Limits, *C.Known, *C.Wanted);
+  Plan Granted = Tried.getPlan();
+  if (const StringRef Missing = findUnprepared(Tried, Spec); !Missing.empty())
+    Granted = Plan(refuse("NotPossible") << Missing);
+  const bool IsRefused =
+      Granted.Kind == Plan::Nothing && Spec.Kind != PlanSpec::None;
+  if (Granted.Kind != Plan::Nothing) {
+    tell(C, Tried, Granted);
+    // Copies have no plan.
+    dropPlan(*C.F);
+    dropPlan(Tried.getSubject());
+    Tried.keep();
+    buildPlan(C, Tried.getSubject(), Granted);
+    return true;
+  }
+  if (Tried.isPrepared())
+    Tried.takeBack();
+  if (IsRefused)
+    warnAboutPlan(*C.F, Granted.Decision);
+  else
+    tell(C, Tried, Granted);
+  dropPlan(*C.F);
+  C.Known.reset();
+  return !IsRefused;
 }
 
 /// Builds the copies that the source of \p C asks for.  False if they are
@@ -309,6 +383,8 @@ bool AutoRun::grantStates(Candidate &C) {
 /// Decides about \p C and builds what fits.  False if its share is too little,
 /// and another turn may bring more.
 bool AutoRun::takeTurn(Candidate &C, GrowthBudget &Budget) {
+  if (getPlan(*C.F) && grantPlan(C))
+    return true;
   if (C.isRequested())
     return grantRequest(C);
   if (C.asksForStates() && grantStates(C))

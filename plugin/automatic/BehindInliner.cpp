@@ -6,6 +6,7 @@
 #include "plugin/ir/Names.h"
 #include "plugin/legality/CallRepair.h"
 #include "plugin/legality/Protection.h"
+#include "plugin/plan/Planned.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/tell/Remarks.h"
 #include "llvm/ADT/STLExtras.h"
@@ -62,6 +63,7 @@ static PreservedAnalyses buildUncovered(Module &M, ModuleAnalysisManager &MAM,
     return hasCloneMark(F) && !OldCopies.contains(&F);
   };
 
+  beginLateLook(M);
   ModulePassManager Build;
   Build.addPass(ProtectionPass());
   Limits.InlinerFollows = false;

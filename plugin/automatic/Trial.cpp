@@ -44,6 +44,7 @@ void Trial::passSum() {
 
 void Trial::makeLoops() {
   putAside();
+  HasLoops = true;
   FAM.invalidate(*Subject, TailCallElimPass().run(*Subject, FAM));
   plan();
 }

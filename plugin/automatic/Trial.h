@@ -31,6 +31,8 @@ public:
 
   /// Was anything prepared?
   bool isPrepared() const { return Before != nullptr; }
+  /// Have its tail calls become loops?
+  bool madeLoops() const { return HasLoops; }
   /// Is its sum handed on?
   bool passesSum() const { return Subject != &F; }
 
@@ -60,6 +62,7 @@ private:
   Function *Subject;
   /// The body from before; null if nothing was prepared.
   std::unique_ptr<SavedBody> Before;
+  bool HasLoops = false;
   std::unique_ptr<Facts> Prepared;
   std::optional<Plan> Wanted;
 };

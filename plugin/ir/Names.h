@@ -31,6 +31,19 @@ constexpr StringLiteral NoneMark = "inlinerecursion-none";
 /// the number.  Until that is granted or refused.
 constexpr StringLiteral CopiesMark = "inlinerecursion-copies";
 
+/// The plan for it in front of the inliner, or in the look that is being taken;
+/// the value is the plan in words and, on a second line, where it stands
+/// (plan/Planned.h).  Until it is followed or refused.
+constexpr StringLiteral PlanMark = "inlinerecursion-plan";
+
+/// The same for the look behind the inliner.  Until then.
+constexpr StringLiteral LatePlanMark = "inlinerecursion-plan-late";
+
+/// The value is the hash of its body as it entered the pipeline, or that of the
+/// function it is a copy of.  Only where plans are obeyed or written; until
+/// they are.
+constexpr StringLiteral BodyMark = "inlinerecursion-body";
+
 /// The ring that the source asks for cannot be built; the value says why, as
 /// that of UndecidedMark.  Until the automatic policy has decided about it.
 constexpr StringLiteral RefusedMark = "inlinerecursion-refused";
@@ -70,6 +83,10 @@ constexpr StringLiteral DecisionsMark = "inlinerecursion.decisions";
 
 /// On modules, as a flag: a compile step has left rings to the linker.  Stays.
 constexpr StringLiteral LeftMark = "inlinerecursion-left-to-link";
+
+/// On modules, as a flag: the plugin was there in a compile step, and a link
+/// step is to come.  Stays.
+constexpr StringLiteral CompiledMark = "inlinerecursion-compiled";
 
 /// Does the source of \p F ask for a ring, or do its copies stand in one that
 /// was asked for?
@@ -121,7 +138,9 @@ constexpr StringLiteral DiscardedProfilesName =
     "inlinerecursion-discarded-profiles";
 constexpr StringLiteral EarlySumsName = "inlinerecursion-early-sums";
 constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
+constexpr StringLiteral LTOMarkerName = "inlinerecursion-lto-marker";
 constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";
+constexpr StringLiteral PlansName = "inlinerecursion-plans";
 constexpr StringLiteral PrinterName = "print<inlinerecursion>";
 constexpr StringLiteral PromotionName = "inlinerecursion-promotion";
 constexpr StringLiteral ProtectionName = "inlinerecursion-protect";

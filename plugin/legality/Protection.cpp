@@ -4,6 +4,7 @@
 #include "plugin/ir/Names.h"
 #include "plugin/legality/ProfileRepair.h"
 #include "plugin/legality/RingSize.h"
+#include "plugin/plan/Planned.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/tell/Remarks.h"
 #include "llvm/IR/Module.h"
@@ -27,6 +28,16 @@ static const ProtectionReason SkippedByCounter = {
       return !DebugCounter::shouldExecute(FunctionCounter);
     }};
 
+/// Those with a plan are kept away from the rules of the level, and open to the
+/// automatic policy (releasePlanned).
+static const ProtectionReason Planned = {
+    "Planned", "its plan is not left to the rules of the level", isPlanned};
+static const ProtectionReason LeftByPlan = {
+    "LeftByPlan", "its plan leaves it as it is", [](const Function &F) {
+      const std::optional<PlanSpec> Plan = getPlan(F);
+      return Plan && Plan->Kind == PlanSpec::None;
+    }};
+
 const ProtectionReason *
 llvm::inlinerecursion::getProtection(const Function &F) {
   const Attribute Mark = F.getFnAttribute(ProtectedMark);
@@ -34,7 +45,7 @@ llvm::inlinerecursion::getProtection(const Function &F) {
     return nullptr;
   for (const ArrayRef<ProtectionReason> Reasons :
        {getHazards(), getWishes(), ArrayRef(SkippedByCounter),
-        ArrayRef(NotRecursive)})
+        ArrayRef(NotRecursive), ArrayRef(Planned), ArrayRef(LeftByPlan)})
     for (const ProtectionReason &R : Reasons)
       if (R.Name == Mark.getValueAsString())
         return &R;
@@ -48,13 +59,24 @@ static void protect(Function &F, const ProtectionReason &Reason) {
   F.addFnAttrs(Marks);
 }
 
+static void unprotect(Function &F) {
+  F.removeFnAttr(CloneMark);
+  F.removeFnAttr(ProtectedMark);
+}
+
 void llvm::inlinerecursion::removeProtection(Module &M) {
-  AttributeMask Marks;
-  Marks.addAttribute(CloneMark);
-  Marks.addAttribute(ProtectedMark);
   for (Function &F : M)
     if (F.hasFnAttribute(ProtectedMark))
-      F.removeFnAttrs(Marks);
+      unprotect(F);
+}
+
+void llvm::inlinerecursion::releasePlanned(Module &M) {
+  for (Function &F : M)
+    if (F.getFnAttribute(ProtectedMark).getValueAsString() == Planned.Name &&
+        getPlan(F)) {
+      unprotect(F);
+      markOrigin(F);
+    }
 }
 
 /// What \p F has to be kept away for; null if the pass may have it.
@@ -63,11 +85,16 @@ static const ProtectionReason *findProtection(const Function &F) {
     return &NotRecursive;
   if (const ProtectionReason *Hazard = findReason(getHazards(), F))
     return Hazard;
+  if (LeftByPlan.Holds(F))
+    return &LeftByPlan;
   if (const ProtectionReason *Wish = findWish(F);
-      Wish && !F.hasFnAttribute(Request) && !F.hasFnAttribute(CopiesMark))
+      Wish && !F.hasFnAttribute(Request) && !F.hasFnAttribute(CopiesMark) &&
+      !isPlanned(F))
     return Wish;
-  // Last, so that it counts what the pass may otherwise have.
-  return SkippedByCounter.Holds(F) ? &SkippedByCounter : nullptr;
+  // Behind these, so that it counts what may otherwise be rebuilt.
+  if (SkippedByCounter.Holds(F))
+    return &SkippedByCounter;
+  return Planned.Holds(F) ? &Planned : nullptr;
 }
 
 PreservedAnalyses ProtectionPass::run(Module &M, ModuleAnalysisManager &) {

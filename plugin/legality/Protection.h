@@ -38,6 +38,11 @@ namespace inlinerecursion {
 /// Why \p F is protected at the moment; null if it is not.
 const ProtectionReason *getProtection(const Function &F);
 
+/// Takes the protection of those functions of \p M back that are kept away from
+/// the rules of the level because they have a plan for the look that is being
+/// taken.
+void releasePlanned(Module &M);
+
 /// Takes all protection in \p M back.
 void removeProtection(Module &M);
 

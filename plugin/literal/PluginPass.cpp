@@ -7,8 +7,8 @@
 #include "plugin/literal/ObservedRun.h"
 #include "plugin/literal/Reasons.h"
 #include "plugin/literal/RefusedRequests.h"
+#include "plugin/tell/Decisions.h"
 #include "plugin/tell/Remarks.h"
-#include "plugin/tell/Summary.h"
 #include "llvm/IR/Module.h"
 
 using namespace llvm;
@@ -27,6 +27,9 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
   auto EmitRemark = [this](Function &F,
                            InlineRecursion::InlineRecursionCosting *Costing,
                            const Verdict &V) {
+    // The automatic policy decides about it.
+    if (V.Name == "Planned" && Next.Auto)
+      return;
     if (Costing)
       emitAnalysis(*Costing);
     if (Costing && !V.Accepted &&
@@ -37,7 +40,7 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
   };
   PreservedAnalyses PA = PreservedAnalyses::none();
   if (Next.Summary && areRemarksEnabled(M))
-    beginSummary(M);
+    beginDecisions(M);
   if (!areRemarksEnabled(M))
     PA = InlineRecursionPass(Level).run(M, MAM);
   else if (!runObserved(M, FAM, Level, EmitRemark))

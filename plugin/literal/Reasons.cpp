@@ -7,6 +7,7 @@
 #include "plugin/ir/Names.h"
 #include "plugin/ir/PassOption.h"
 #include "plugin/legality/Protection.h"
+#include "plugin/plan/PlanSpec.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
@@ -35,6 +36,16 @@ std::optional<Verdict> llvm::inlinerecursion::judgeFilter(const Function &F) {
 
 /// The level that takes every function with one plain self call.
 static constexpr StringLiteral AtLevel3 = "use -inline-recursion-opt-level=3";
+
+/// What the rules of the level have built, as plans say it.
+static std::string describePlan(PlanSpec::Shape Kind, unsigned Copies) {
+  PlanSpec Plan(Kind);
+  // No plan asks for a ring of one.
+  if (Copies > 1 || Kind != PlanSpec::Ring)
+    Plan.Copies = Copies;
+  Plan.ByRules = true;
+  return Plan.str();
+}
 
 /// Levels 1 and 2 are limits on the same three counts.
 static Verdict
@@ -162,6 +173,7 @@ Verdict llvm::inlinerecursion::judgeCosting(
 
   Verdict V = accept("Chained");
   V.Growth = uint64_t(Depth) * getCodeSize(*Costing.F);
+  V.Plan = describePlan(PlanSpec::Chain, Depth);
   V << NV("Shape", "chain") << " of " << NV("Copies", Depth)
     << (Depth == 1 ? " copy" : " copies") << " at level "
     << NV("Level", Costing.OptLevel);
@@ -205,6 +217,7 @@ Verdict llvm::inlinerecursion::describeRing(const CloneChain &Ring) {
       Ring.Origin->getFnAttribute(Request).getValueAsString();
   Verdict V = accept("Chained");
   V.Growth = measureRing(Ring);
+  V.Plan = describePlan(PlanSpec::Ring, Ring.Copies.size());
   V << NV("Shape", "ring") << " of "
     << NV("Copies", unsigned(Ring.Copies.size()))
     << (Ring.Copies.size() == 1 ? " copy" : " copies")

@@ -10,6 +10,7 @@
 #include "plugin/legality/Hazards.h"
 #include "plugin/legality/RingSize.h"
 #include "plugin/literal/RingAlignment.h"
+#include "plugin/plan/Planned.h"
 #include "plugin/recursion/EqualCalls.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/recursion/Unrolling.h"
@@ -87,6 +88,24 @@ static void markCopies(Function &F, const Constant *Values) {
                            << ore::NV("Most", MaxRequestedCopies));
 }
 
+/// Gives \p F the plan that \p Values, those of an annotation, are, unless a
+/// file has one for it.
+static void markPlan(Function &F, const Constant *Values) {
+  if (F.isDeclaration() || hasCloneMark(F) || F.hasFnAttribute(PlanMark))
+    return;
+  const auto *Global = dyn_cast<GlobalVariable>(Values->stripPointerCasts());
+  const Constant *Text = Global && Global->hasInitializer() &&
+                                 isa<StructType>(Global->getValueType())
+                             ? Global->getInitializer()->getAggregateElement(0u)
+                             : nullptr;
+  Expected<PlanSpec> Plan =
+      PlanSpec::parse(Text ? getAnnotationText(Text) : StringRef());
+  if (Plan)
+    setPlan(F, *Plan, /*Origin=*/"", /*IsLate=*/false);
+  else
+    warnAboutMalformedPlan(F, toString(Plan.takeError()));
+}
+
 /// Follows the annotations that clang records, { value, text, file, line, ... }
 /// each.
 static void markAnnotated(Module &M) {
@@ -106,6 +125,9 @@ static void markAnnotated(Module &M) {
     const StringRef Text = getAnnotationText(Entry->getOperand(1));
     if (F && (Text == Request || Text == NoneMark))
       F->addFnAttr(Text);
+    if (F && Text == PlanMark)
+      markPlan(*F, Entry->getNumOperands() > 4 ? Entry->getOperand(4)
+                                               : Entry->getOperand(1));
     if (F && Text == CopiesMark)
       markCopies(*F, Entry->getNumOperands() > 4 ? Entry->getOperand(4)
                                                  : Entry->getOperand(1));
@@ -152,7 +174,8 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
   Driver Gate(FAM, /*Level=*/0, getPassOption(LongestRingOption));
   for (Function &F : M) {
     if (!Gate.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
-        F.hasFnAttribute(CopiesMark) || !isDirectlyRecursive(F) || findWish(F))
+        F.hasFnAttribute(CopiesMark) || isPlanned(F) ||
+        !isDirectlyRecursive(F) || findWish(F))
       continue;
     if (isCalledInShortLoop(F, FAM) ||
         (findSelfCalls(F).size() > 1 && !profitsAsTree(F, FAM)))
@@ -210,6 +233,26 @@ static void withdrawRequests(Module &M, FunctionAnalysisManager &FAM) {
   }
 }
 
+/// Plans say all that is to be done.
+static void dropPlannedRequests(Module &M) {
+  for (Function &F : M)
+    if (isPlanned(F)) {
+      F.removeFnAttr(Request);
+      F.removeFnAttr(CopiesMark);
+    }
+}
+
+/// Nobody is there to build what plans say.
+static void refuseAllPlans(Module &M) {
+  for (Function &F : M) {
+    const std::optional<PlanSpec> Plan = getPlan(F);
+    if (!Plan || Plan->ByRules || Plan->Kind == PlanSpec::None)
+      continue;
+    warnAboutPlan(F, refuse("AutoOff") << "the automatic policy is off");
+    dropPlan(F);
+  }
+}
+
 /// Nobody is there to grant copies.
 static void refuseAllCopies(Module &M) {
   for (Function &F : M)
@@ -220,8 +263,11 @@ static void refuseAllCopies(Module &M) {
 PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   markAnnotated(M);
-  if (!GrantsCopies)
+  if (!GrantsCopies) {
+    refuseAllPlans(M);
     refuseAllCopies(M);
+  }
+  dropPlannedRequests(M);
   if (FindRequests)
     markAcceptable(M, FAM);
   withdrawRequests(M, FAM);

@@ -3,10 +3,12 @@
 #include "plugin/pipeline/NamedPasses.h"
 #include "plugin/automatic/AutoPass.h"
 #include "plugin/automatic/BehindInliner.h"
+#include "plugin/automatic/LTOMarker.h"
 #include "plugin/ir/Names.h"
 #include "plugin/legality/CallRepair.h"
 #include "plugin/legality/DiscardedProfiles.h"
 #include "plugin/legality/Protection.h"
+#include "plugin/literal/Plans.h"
 #include "plugin/literal/PluginPass.h"
 #include "plugin/literal/Printer.h"
 #include "plugin/literal/Promotion.h"
@@ -73,6 +75,7 @@ static constexpr AcceptedParameters AllParameters = {
 static const NamedPass<ModulePassManager> ModulePasses[] = {
     {PassName, PluginPass::name(), LevelOnly, addWithLevel<PluginPass>},
     {PrinterName, PrinterPass::name(), LevelOnly, addWithLevel<PrinterPass>},
+    {PlansName, PlansPass::name(), NoParameters, add<PlansPass>},
     {RequestsName, RequestsPass::name(), FindOnly, addRequests},
     {ProtectionName, ProtectionPass::name(), NoParameters, add<ProtectionPass>},
     {CallRepairName, CallRepairPass::name(), NoParameters, add<CallRepairPass>},
@@ -85,6 +88,7 @@ static const NamedPass<ModulePassManager> ModulePasses[] = {
     {AutoName, AutoPass::name(), LimitsOnly, addWithLimits<AutoPass>},
     {BehindInlinerName, BehindInlinerPass::name(), LimitsOnly,
      addWithLimits<BehindInlinerPass>},
+    {LTOMarkerName, LTOMarkerPass::name(), NoParameters, add<LTOMarkerPass>},
     {SummaryName, SummaryPass::name(), NoParameters, add<SummaryPass>},
     {PipelineName, "", AllParameters, addWholePipeline},
 };

@@ -3,10 +3,11 @@
 #include "plugin/pipeline/Pipeline.h"
 #include "plugin/automatic/AutoPass.h"
 #include "plugin/automatic/BehindInliner.h"
-#include "plugin/automatic/LeftMarker.h"
+#include "plugin/automatic/LTOMarker.h"
 #include "plugin/legality/CallRepair.h"
 #include "plugin/legality/DiscardedProfiles.h"
 #include "plugin/legality/Protection.h"
+#include "plugin/literal/Plans.h"
 #include "plugin/literal/PluginPass.h"
 #include "plugin/literal/Promotion.h"
 #include "plugin/literal/Requests.h"
@@ -39,6 +40,7 @@ void llvm::inlinerecursion::addPipeline(ModulePassManager &MPM,
                                         const PassParameters &Parameters,
                                         bool SecondLookFollows) {
   MPM.addPass(PromotionPass());
+  MPM.addPass(PlansPass());
   MPM.addPass(RequestsPass(Parameters.FindRequests,
                            /*GrantsCopies=*/Parameters.Auto));
   MPM.addPass(ProtectionPass());
@@ -87,8 +89,7 @@ void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
         FPM.addPass(CutRecurrencesPass());
         FPM.addPass(EarlySumsPass());
         MPM.addPass(createModuleToFunctionPassAdaptor(std::move(FPM)));
-        if (getDefaultBounds().LeavesToLink)
-          MPM.addPass(LeftMarkerPass());
+        MPM.addPass(LTOMarkerPass());
       });
   // Full LTO has an inliner of its own, over calls between files.
   PB.registerFullLinkTimeOptimizationEarlyEPCallback(

@@ -46,6 +46,11 @@ static cl::opt<unsigned> MaxStateGrowth(
         "Most code that copies for the states of arguments add to a module "
         "(instructions)"));
 
+static cl::opt<unsigned> PlannedGrowth(
+    "inlinerecursion-plan-growth", cl::init(100000), cl::Hidden,
+    cl::desc("Most code that copies add for a function whose plan asks for "
+             "them (instructions)"));
+
 namespace {
 enum class LTOStep { Compile, Link };
 } // namespace
@@ -95,7 +100,9 @@ Bounds llvm::inlinerecursion::getDefaultBounds() {
           RequestedGrowth,
           MaxBodySize,
           /*LeavesToLink=*/BuildsFrom == LTOStep::Link,
-          MaxStateGrowth};
+          MaxStateGrowth,
+          /*RingCopies=*/~0u,
+          PlannedGrowth};
 }
 
 Bounds llvm::inlinerecursion::getBoundsBelowO3() {

@@ -42,6 +42,8 @@ struct Bounds {
   unsigned StateGrowth = 0;
   /// Most copies in a ring that nobody asked for, beside the limit above.
   unsigned RingCopies = ~0u;
+  /// Most that a function grows by that has a plan (instructions).
+  unsigned PlannedGrowth = 100000;
 };
 
 /// What the options say, in front of the inliner.

@@ -116,11 +116,25 @@ static unsigned limitCopies(const Facts &Known) {
   return Limit;
 }
 
+RingStyle llvm::inlinerecursion::chooseRingStyle(const Facts &Known) {
+  const PlanSpec *Plan = Known.getPlan();
+  const auto IsWanted = [&](std::optional<bool> PlanSpec::*Flag) {
+    return Plan && Plan->*Flag ? *(Plan->*Flag) : !Known.mergesCalls();
+  };
+  return {IsWanted(&PlanSpec::Guard) ? Known.getGuard() : nullptr,
+          IsWanted(&PlanSpec::Staggered)};
+}
+
+/// The copies that somebody asks for; none if nobody does.
+static std::optional<unsigned> getWantedCopies(const Facts &Known) {
+  const PlanSpec *Plan = Known.getPlan();
+  return Plan ? Plan->Copies : Known.getRequestedCopies();
+}
+
 RingFit llvm::inlinerecursion::fitRing(const Facts &Known,
                                        const Bounds &Limits) {
-  const bool MergesCalls = Known.mergesCalls();
-  const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard();
-  const std::optional<unsigned> Requested = Known.getRequestedCopies();
+  const RingStyle Style = chooseRingStyle(Known);
+  const std::optional<unsigned> Requested = getWantedCopies(Known);
   const unsigned MaxCopies =
       Requested
           ? *Requested
@@ -129,7 +143,7 @@ RingFit llvm::inlinerecursion::fitRing(const Facts &Known,
   for (unsigned Copies = 2; Copies <= MaxCopies; ++Copies) {
     const FusedSize Size = estimateFusedSize(
         Known.getBodySize(), Known.getSelfCalls().size(),
-        Guard ? Guard->Size : 1, Copies, /*Staggered=*/!MergesCalls);
+        Style.Guard ? Style.Guard->Size : 1, Copies, Style.Staggered);
     if (!Size.fits(Limits, Known.getFrameSize()))
       break;
     Fit = {Copies, unsigned(Size.Instructions)};

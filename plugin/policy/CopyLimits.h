@@ -14,6 +14,7 @@ namespace inlinerecursion {
 
 class Facts;
 struct Bounds;
+struct EntryGuard;
 
 /// A ring that fits.
 struct RingFit {
@@ -23,8 +24,19 @@ struct RingFit {
   unsigned Growth = 0;
 };
 
-/// The longest ring that pays and fits into \p Limits.  Where the source asks
-/// for a number of copies, the ring of so many, if it fits.
+/// How the copies of a ring are put together.
+struct RingStyle {
+  /// The test in front of the calls that close it; null if there is none.
+  const EntryGuard *Guard;
+  /// Do the second and later self calls of a body skip a copy?
+  bool Staggered;
+};
+
+/// As the plan of the function says, or else as it pays.
+RingStyle chooseRingStyle(const Facts &Known);
+
+/// The longest ring that pays and fits into \p Limits.  Where the source or
+/// a plan asks for a number of copies, the ring of so many, if it fits.
 RingFit fitRing(const Facts &Known, const Bounds &Limits);
 
 } // namespace inlinerecursion

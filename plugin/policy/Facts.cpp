@@ -4,6 +4,7 @@
 #include "host/InliningPlan.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/Size.h"
+#include "plugin/plan/Planned.h"
 #include "plugin/policy/Tuning.h"
 #include "plugin/recursion/EqualCalls.h"
 #include "plugin/recursion/SelfCalls.h"
@@ -27,7 +28,8 @@ static T &findOnce(std::optional<T> &Known, FindT Find) {
 
 Facts::Facts(Function &F, FunctionAnalysisManager &FAM, bool InlinerFollows)
     : F(F), FAM(FAM), InlinerFollows(InlinerFollows),
-      SelfCalls(findSelfCalls(F)), Size(getCodeSize(F)) {}
+      SelfCalls(findSelfCalls(F)), Size(getCodeSize(F)),
+      Wanted(inlinerecursion::getPlan(F)) {}
 
 std::optional<unsigned> Facts::getRequestedCopies() const {
   unsigned Count;
@@ -99,10 +101,27 @@ bool Facts::isPath() const {
   return excludeEachOther(SelfCalls, getDominators());
 }
 
+/// The arguments that \p Wanted names, counted from 0.
+static SmallVector<unsigned, 4> getArguments(const PlanSpec &Wanted) {
+  SmallVector<unsigned, 4> Numbers = Wanted.Arguments;
+  for (unsigned &Number : Numbers)
+    --Number;
+  return Numbers;
+}
+
 std::shared_ptr<const StateSet> Facts::getStates() const {
-  if (!States)
-    States = std::make_shared<const StateSet>(
-        F.hasFnAttribute(StateMark) ? StateSet() : findStates(F, FAM));
+  if (States)
+    return States;
+  StateSet Found;
+  if (!F.hasFnAttribute(StateMark))
+    Found = findStates(F, FAM);
+  // Which arguments are worth it may have been found for each call from outside
+  // by itself, so what was found is not looked for anew.
+  if (Wanted && !Wanted->Arguments.empty() &&
+      Found.getKnownArguments() != getArguments(*Wanted) &&
+      !F.hasFnAttribute(StateMark))
+    Found = findStatesOf(F, getArguments(*Wanted), FAM);
+  States = std::make_shared<const StateSet>(std::move(Found));
   return States;
 }
 

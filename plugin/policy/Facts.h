@@ -14,6 +14,7 @@
 #define INLINERECURSION_PLUGIN_POLICY_FACTS_H
 
 #include "host/RecursionDepthEstimator.h"
+#include "plugin/plan/PlanSpec.h"
 #include "plugin/recursion/OtherCalls.h"
 #include "plugin/recursion/States.h"
 #include "plugin/rewrite/CallGuard.h"
@@ -40,6 +41,9 @@ public:
   /// The direct calls in the function of itself, in the order of its body; at
   /// least one.
   ArrayRef<CallBase *> getSelfCalls() const { return SelfCalls; }
+
+  /// What is to be built of it, where somebody has said so; else null.
+  const PlanSpec *getPlan() const { return Wanted ? &*Wanted : nullptr; }
 
   /// The copies that its source asks for; none if it does not.
   std::optional<unsigned> getRequestedCopies() const;
@@ -83,8 +87,8 @@ public:
   /// Is none of the self calls, two or more, made where another one has been?
   bool isPath() const;
 
-  /// What is known of its arguments all along; never null, and empty for a copy
-  /// that was made for a state.
+  /// What is known of its arguments all along, or of those that its plan names;
+  /// never null, and empty for a copy that was made for a state.
   std::shared_ptr<const StateSet> getStates() const;
 
   const LoopInfo &getLoops() const;
@@ -100,6 +104,7 @@ private:
   const bool InlinerFollows;
   const SmallVector<CallBase *, 4> SelfCalls;
   const unsigned Size;
+  const std::optional<PlanSpec> Wanted;
 
   // Not known yet where they are empty.
   mutable std::optional<uint64_t> FrameSize;

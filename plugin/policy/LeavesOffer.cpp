@@ -54,6 +54,23 @@ static void fitLeaves(const Facts &Known, const RecursionCounter &Counter,
   }
 }
 
+/// The same for the levels that a plan names.
+static void fitPlannedLevels(const Facts &Known, ArrayRef<unsigned> Levels,
+                             const RecursionCounter &Counter,
+                             const Bounds &Limits, Plan &Leaves) {
+  if (Counter.Values.size() <= Levels.front())
+    return;
+  const LeafSizes Sizes(Known);
+  FusedSize Size;
+  for (unsigned Level : Levels)
+    Size += Sizes.getSize(Level);
+  if (!Size.fits(Limits, Known.getFrameSize()))
+    return;
+  Leaves.Copies = Levels.front() + 1;
+  Leaves.EntryLevels.assign(Levels.begin(), Levels.end());
+  Leaves.Growth = Size.Instructions;
+}
+
 /// The leaves of a function that counts; \p MayEndEarly: it need not run to its
 /// end.
 static std::optional<Plan> offer(const Facts &Known, const Bounds &Limits,
@@ -67,7 +84,11 @@ static std::optional<Plan> offer(const Facts &Known, const Bounds &Limits,
     return std::nullopt;
 
   Plan Leaves(Plan::Leaves, "AutoLeaves");
-  fitLeaves(Known, *Counter, Limits, Leaves);
+  if (const PlanSpec *Wanted = Known.getPlan();
+      Wanted && !Wanted->Levels.empty())
+    fitPlannedLevels(Known, Wanted->Levels, *Counter, Limits, Leaves);
+  else
+    fitLeaves(Known, *Counter, Limits, Leaves);
   if (Leaves.Copies == 0)
     return std::nullopt;
   Counter->Values.resize(Leaves.Copies);

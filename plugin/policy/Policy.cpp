@@ -2,6 +2,7 @@
 
 #include "plugin/policy/Policy.h"
 #include "plugin/policy/Bounds.h"
+#include "plugin/policy/ByPlan.h"
 #include "plugin/policy/Facts.h"
 #include "plugin/policy/Obstacles.h"
 #include "plugin/policy/Offers.h"
@@ -64,6 +65,8 @@ static std::optional<Plan> makeRequestedStates(const Facts &Known,
 }
 
 Plan llvm::inlinerecursion::makePlan(const Facts &Known, const Bounds &Limits) {
+  if (Known.getPlan())
+    return makePlanByWords(Known, Limits);
   if (const std::optional<unsigned> Count = Known.getRequestedCopies())
     return makeRequestedPlan(Known, Limits, *Count);
   if (Known.asksForStates())

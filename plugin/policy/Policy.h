@@ -13,7 +13,8 @@
 /// gain where they fit: chain, leaves, ring, leaves of a recursion that may end
 /// early, split.
 ///
-/// Two changes of a function come before its plan (Preparation.h).
+/// Two changes of a function come before its plan (Preparation.h).  Where a
+/// plan file or the source says what to build, that is built (ByPlan.h).
 ///
 //===----------------------------------------------------------------------===//
 

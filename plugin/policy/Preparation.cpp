@@ -21,7 +21,13 @@ std::optional<Accumulation>
 llvm::inlinerecursion::findSumToPass(const Facts &Known, const Bounds &Limits,
                                      const Plan &Unprepared) {
   // A wrapper is left, which an inliner is to remove.
-  if (!Limits.InlinerFollows || Known.mergesCalls())
+  if (!Limits.InlinerFollows)
+    return std::nullopt;
+  if (const PlanSpec *Wanted = Known.getPlan(); Wanted && Wanted->PassSum)
+    return *Wanted->PassSum
+               ? findAccumulation(Known.getFunction(), Known.getDominators())
+               : std::nullopt;
+  if (Known.mergesCalls())
     return std::nullopt;
   // Constants make sums, too, in a chain and in leaves.
   if (Unprepared.Kind != Plan::Ring && Unprepared.Kind != Plan::Split)
@@ -66,10 +72,12 @@ bool llvm::inlinerecursion::wantsLoopsFirst(const Facts &Known,
   SmallVector<CallBase *, 4> LoopCalls, OtherCalls;
   for (CallBase *Call : Known.getSelfCalls())
     (becomesLoop(*Call) ? LoopCalls : OtherCalls).push_back(Call);
-  if (LoopCalls.empty() || Known.mergesCalls())
-    return false;
   // Left alone, the function stays as it is.
-  if (OtherCalls.empty() || OtherCalls.size() > MaxSelfCalls ||
+  if (LoopCalls.empty() || OtherCalls.empty())
+    return false;
+  if (const PlanSpec *Wanted = Known.getPlan(); Wanted && Wanted->LoopFirst)
+    return *Wanted->LoopFirst;
+  if (Known.mergesCalls() || OtherCalls.size() > MaxSelfCalls ||
       hasWorkInLoop(Known))
     return false;
   // What counts makes all of its calls, each as deep as the others.

@@ -18,18 +18,18 @@ std::optional<Plan> llvm::inlinerecursion::offerRing(const Facts &Known,
   Plan Ring(Plan::Ring, "AutoRing");
   Ring.Copies = Fit.Copies;
   Ring.Growth = Fit.Growth;
-  const bool MergesCalls = Known.mergesCalls();
-  Ring.Staggered = !MergesCalls;
-  if (const EntryGuard *Guard = MergesCalls ? nullptr : Known.getGuard()) {
-    Ring.Guard = *Guard;
+  const RingStyle Style = chooseRingStyle(Known);
+  Ring.Staggered = Style.Staggered;
+  if (Style.Guard) {
+    Ring.Guard = *Style.Guard;
     Ring.KeepsHoistableCalls = onlyReads(Known.getFunction());
   }
   Ring.Decision << NV("Shape", getShapeName(Ring.Kind)) << " of "
                 << NV("Copies", Ring.Copies)
                 << " copies by the automatic policy, "
-                << (MergesCalls  ? "so that equal calls merge, "
-                    : Ring.Guard ? "with its first test in front of calls, "
-                                 : "")
+                << (Ring.Guard ? "with its first test in front of calls, "
+                    : Known.mergesCalls() ? "so that equal calls merge, "
+                                          : "")
                 << "growing by about " << NV("Growth", Ring.Growth)
                 << " instructions";
   return Ring;

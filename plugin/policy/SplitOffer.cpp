@@ -25,7 +25,8 @@ std::optional<Plan> llvm::inlinerecursion::offerSplit(const Facts &Known,
                                                       const Bounds &Limits) {
   Function &F = Known.getFunction();
   // What a split has left may begin with the test once more.
-  if (!hasCheapLeaves(Known) || F.getName().contains(RestSuffix))
+  if (!(Known.getPlan() || hasCheapLeaves(Known)) ||
+      F.getName().contains(RestSuffix))
     return std::nullopt;
   std::optional<EntrySplit> Where =
       findEntrySplit(F, MaxGuardSize, Limits.InlinerFollows);

@@ -115,7 +115,7 @@ static bool isNotWorthIt(const Facts &Known, const Bounds &Limits,
     return true;
   }
   const unsigned Saved = Found.getSavedShare() * 100;
-  if (Saved < MinStatesSaved && !Known.asksForStates()) {
+  if (Saved < MinStatesSaved && !Known.asksForStates() && !Known.getPlan()) {
     Why << "known arguments would save " << NV("Saved", Saved)
         << " % of the time, less than " << NV("Limit", MinStatesSaved);
     return true;

@@ -37,6 +37,14 @@ bool StateSet::isKnown(unsigned Index) const {
   });
 }
 
+SmallVector<unsigned, 4> StateSet::getKnownArguments() const {
+  SmallVector<unsigned, 4> Known;
+  for (unsigned I = 0; !empty() && I != States.front().Arguments.size(); ++I)
+    if (isKnown(I))
+      Known.push_back(I);
+  return Known;
+}
+
 /// The part of what is saved that is enough to do with fewer states.
 static constexpr double EnoughShare = 0.9;
 
@@ -70,8 +78,9 @@ namespace {
 /// The search from the calls from outside of one function.
 class StateSearch {
 public:
-  StateSearch(Function &F, FunctionAnalysisManager &FAM)
-      : F(F), Size(getCodeSize(F)), Folder(F, FAM) {}
+  StateSearch(Function &F, FunctionAnalysisManager &FAM,
+              std::optional<ArrayRef<unsigned>> Wanted = std::nullopt)
+      : F(F), Size(getCodeSize(F)), Folder(F, FAM), Wanted(Wanted) {}
 
   StateSet run();
 
@@ -90,6 +99,8 @@ private:
   Function &F;
   const unsigned Size;
   FoldedBody Folder;
+  /// The arguments that states may be of; none if that is to be found out.
+  const std::optional<ArrayRef<unsigned>> Wanted;
   unsigned Work = 0;
   StateSet Found;
   std::map<ArgumentTuple, unsigned> Numbers;
@@ -278,13 +289,14 @@ bool StateSearch::searchFrom(CallBase &Entry) {
   const ArgumentTuple Passed = keepTelling(getConstantArguments(Entry, F));
   SmallBitVector Known(Passed.size());
   for (unsigned I = 0; I != Passed.size(); ++I)
-    Known[I] = Passed[I] != nullptr;
+    Known[I] = Passed[I] != nullptr && (!Wanted || is_contained(*Wanted, I));
 
   Before = Found.States.size();
   const Outcome Result = closeAround(Passed, Known);
   if (Result != Closed)
     return Result != OutOfWork;
-  dropIdle(Passed, Known);
+  if (!Wanted)
+    dropIdle(Passed, Known);
   Found.Entries.emplace_back(&Entry, Numbers.at(restrict(Passed, Known)));
   return true;
 }
@@ -306,4 +318,12 @@ StateSet llvm::inlinerecursion::findStates(Function &F,
   if (!isSpecializable(F) || !isEnteredWithConstants(F))
     return {};
   return StateSearch(F, FAM).run();
+}
+
+StateSet llvm::inlinerecursion::findStatesOf(Function &F,
+                                             ArrayRef<unsigned> Wanted,
+                                             FunctionAnalysisManager &FAM) {
+  if (!isSpecializable(F) || !isEnteredWithConstants(F))
+    return {};
+  return StateSearch(F, FAM, Wanted).run();
 }

@@ -93,6 +93,9 @@ struct StateSet {
   /// Is the argument with the number \p Index part of the state of any
   /// activation?
   bool isKnown(unsigned Index) const;
+
+  /// The numbers of all of which that holds, in ascending order.
+  SmallVector<unsigned, 4> getKnownArguments() const;
 };
 
 /// Is there a call of \p F from outside with a constant, so that it is worth
@@ -102,6 +105,11 @@ bool isEnteredWithConstants(const Function &F);
 /// The states of \p F, which calls itself; none if there are no finite ones
 /// within the bounds.
 StateSet findStates(Function &F, FunctionAnalysisManager &FAM);
+
+/// The states of the arguments of \p F in \p Wanted, by their numbers, and of
+/// no others; as above.
+StateSet findStatesOf(Function &F, ArrayRef<unsigned> Wanted,
+                      FunctionAnalysisManager &FAM);
 
 /// Most states that are followed from one call from outside.
 constexpr unsigned MaxStates = 128;

@@ -6,6 +6,37 @@
 using namespace llvm;
 using namespace llvm::inlinerecursion;
 
+PlanSpec llvm::inlinerecursion::describe(const Plan &Made) {
+  PlanSpec Spec;
+  switch (Made.Kind) {
+  case Plan::Nothing:
+    break;
+  case Plan::Chain:
+    Spec.Kind = PlanSpec::Chain;
+    Spec.Copies = Made.Copies;
+    break;
+  case Plan::Leaves:
+    Spec.Kind = PlanSpec::Leaves;
+    Spec.Levels.assign(Made.EntryLevels.begin(), Made.EntryLevels.end());
+    break;
+  case Plan::Ring:
+    Spec.Kind = PlanSpec::Ring;
+    Spec.Copies = Made.Copies;
+    Spec.Guard = Made.Guard.has_value();
+    Spec.Staggered = Made.Staggered;
+    break;
+  case Plan::Split:
+    Spec.Kind = PlanSpec::Split;
+    break;
+  case Plan::States:
+    Spec.Kind = PlanSpec::States;
+    for (unsigned Number : Made.Known->getKnownArguments())
+      Spec.Arguments.push_back(Number + 1);
+    break;
+  }
+  return Spec;
+}
+
 StringRef llvm::inlinerecursion::getShapeName(Plan::Shape Kind) {
   switch (Kind) {
   case Plan::Nothing:

@@ -9,6 +9,7 @@
 #ifndef INLINERECURSION_PLUGIN_REWRITE_PLAN_H
 #define INLINERECURSION_PLUGIN_REWRITE_PLAN_H
 
+#include "plugin/plan/PlanSpec.h"
 #include "plugin/recursion/States.h"
 #include "plugin/rewrite/CallGuard.h"
 #include "plugin/rewrite/CountedRecursion.h"
@@ -60,6 +61,10 @@ struct Plan {
   /// The shape \p Kind, the numbers to be filled in.
   Plan(Shape Kind, StringRef Name) : Kind(Kind), Decision(accept(Name)) {}
 };
+
+/// What \p Made is in the language of plans.  What was done to the function
+/// before is not known to it.
+PlanSpec describe(const Plan &Made);
 
 /// What remarks call it; "nothing" where nothing is built.
 StringRef getShapeName(Plan::Shape Kind);

@@ -2,7 +2,9 @@
 
 #include "plugin/tell/Remarks.h"
 #include "plugin/ir/Names.h"
-#include "plugin/tell/Summary.h"
+#include "plugin/plan/PlanOptions.h"
+#include "plugin/plan/Planned.h"
+#include "plugin/tell/Decisions.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
@@ -17,8 +19,8 @@ using namespace llvm::inlinerecursion;
 static const char *const RemarkPassName = PassName.data();
 
 bool llvm::inlinerecursion::areRemarksEnabled(const Module &M) {
-  return OptimizationRemarkEmitter::allowExtraAnalysis(M.getContext(),
-                                                       RemarkPassName);
+  return isPlanWritten() || OptimizationRemarkEmitter::allowExtraAnalysis(
+                                M.getContext(), RemarkPassName);
 }
 
 void llvm::inlinerecursion::emitAnalysis(
@@ -72,14 +74,14 @@ void llvm::inlinerecursion::emitRefusalAnalysis(Function &F, const Verdict &V) {
 }
 
 /// Warns that \p Wanted of \p F are not built, for the reason in \p Why.
-static void warn(Function &F, StringRef Wanted, StringRef Verb,
+static void warn(Function &F, const Twine &Wanted, StringRef Verb,
                  const Verdict &Why) {
   const DISubprogram *Place = F.getSubprogram();
   DiagnosticInfoOptimizationFailure Warning(RemarkPassName, "Request",
                                             Place ? DiagnosticLocation(Place)
                                                   : DiagnosticLocation(),
                                             &F.getEntryBlock());
-  Warning << "the " << Wanted << " that '" << ore::NV("Callee", &F)
+  Warning << "the " << Wanted.str() << " that '" << ore::NV("Callee", &F)
           << "' asks for " << Verb << " not built: ";
   appendReason(Warning, Why);
   F.getContext().diagnose(Warning);
@@ -115,6 +117,18 @@ void llvm::inlinerecursion::warnAboutCopies(Function &F, const Verdict &Why) {
   warn(F, Count.empty() ? "copies" : (Count + " copies").str(), "are", Why);
 }
 
+void llvm::inlinerecursion::warnAboutPlan(Function &F, const Verdict &Why) {
+  const std::string Plan = getPlan(F)->str();
+  const StringRef Origin = getPlanOrigin(F);
+  const std::string Place = Origin.empty() ? "" : (" (" + Origin + ")").str();
+  warn(F, "plan '" + Plan + "'" + Place, "is", Why);
+}
+
+void llvm::inlinerecursion::warnAboutMalformedPlan(Function &F,
+                                                   StringRef Problem) {
+  warn(F, "plan", "is", refuse("PlanMalformed") << Problem);
+}
+
 void llvm::inlinerecursion::refuseCopies(Function &F, const Verdict &Why) {
   warnAboutCopies(F, Why);
   F.removeFnAttr(CopiesMark);
@@ -122,14 +136,17 @@ void llvm::inlinerecursion::refuseCopies(Function &F, const Verdict &Why) {
 
 void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V,
                                        bool IsPart) {
-  countDecision(F, V, IsPart);
+  addDecision(F, V, IsPart);
   OptimizationRemarkEmitter ORE(&F);
   if (V.Accepted) {
     auto Remark = buildRemark<OptimizationRemark>(F, V, V.Outcome);
+    Remark << ore::setExtraArgs();
     if (none_of(V.Message, [](const Verdict::Argument &Piece) {
           return Piece.Key == "Growth";
         }))
-      Remark << ore::setExtraArgs() << ore::NV("Growth", V.Growth);
+      Remark << ore::NV("Growth", V.Growth);
+    if (!V.Plan.empty())
+      Remark << ore::NV("Plan", V.Plan);
     ORE.emit(Remark);
   } else {
     auto Remark = buildRemark<OptimizationRemarkMissed>(F, V, V.Outcome);

@@ -9,7 +9,7 @@
 ///
 /// Where the user can do something about a refusal, the remark ends with it.
 /// What a record holds beside the text: the growth, where the text does not say
-/// it, as "Growth".
+/// it, as "Growth", and what was built, in the language of plans, as "Plan".
 ///
 //===----------------------------------------------------------------------===//
 
@@ -22,7 +22,8 @@
 namespace llvm {
 namespace inlinerecursion {
 
-/// Does anybody listen?  Nothing is worked out for remarks otherwise.
+/// Does anybody listen, a user or a plan file?  Nothing is worked out for
+/// remarks otherwise.
 bool areRemarksEnabled(const Module &M);
 
 /// Tells the counts that \p Costing is based on.
@@ -46,11 +47,17 @@ void tellDiscardedProfile(Function &F, StringRef Origin);
 /// The same of the number of copies that the source of \p F asks for.
 void warnAboutCopies(Function &F, const Verdict &Why);
 
-/// The same, and the request is over.
+/// The same of the plan that \p F has, from a file or its source.
+void warnAboutPlan(Function &F, const Verdict &Why);
+
+/// Warns that the plan in the source of \p F is none: \p Problem.
+void warnAboutMalformedPlan(Function &F, StringRef Problem);
+
+/// Warns about copies as above, and the request is over.
 void refuseCopies(Function &F, const Verdict &Why);
 
 /// Tells what was decided about \p F, at its location in the source, and has
-/// it counted for the summary.  \p IsPart: F is part of a function that was
+/// it written down (Decisions.h).  \p IsPart: F is part of a function that was
 /// told about, and counts as that.
 void emitRemark(Function &F, const Verdict &V, bool IsPart = false);
 

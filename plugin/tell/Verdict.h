@@ -34,6 +34,10 @@ struct Verdict {
   StringRef Remedy;
   /// What is added to the module, more or less (instructions).
   uint64_t Growth = 0;
+  /// What is built, as plans say it (plan/PlanSpec.h); empty where nothing is.
+  std::string Plan;
+  /// Was it decided behind the inliner?
+  bool IsLate = false;
 
   Verdict(bool Accepted, StringRef Name)
       : Accepted(Accepted), Name(Name),

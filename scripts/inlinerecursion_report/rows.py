@@ -34,6 +34,8 @@ class Decision:
     growth: int = 0
     text: str = ""
     remedy: str = ""
+    # What becomes of it, as plan files say it.
+    plan: str = "none"
 
     @property
     def is_news(self):
@@ -82,6 +84,7 @@ class Row:
             "hotness": self.hotness,
             "reason": self.reason,
             "remedy": self.remedy,
+            "plan": self.decision.plan,
             "text": self.decision.text,
             "records": self.records,
         }
@@ -103,10 +106,11 @@ def decide(remark):
     if remark.kind not in ("Passed", "Missed"):
         return None
     rebuilt = remark.kind == "Passed"
-    parts = [(key, value) for key, value in remark.arguments if key != "Remedy"]
+    # The plan stands behind the text, not in it, and so may the growth.
+    parts = [(key, value) for key, value in remark.arguments
+             if key not in ("Remedy", "Plan")]
     text = "".join(value for _, value in parts)
     if rebuilt and parts and parts[-1][0] == "Growth":
-        # It stands behind the text, not in it.
         text = "".join(value for _, value in parts[:-1])
     text = text.partition(" rebuilt as a " if rebuilt else " not chained: ")[2]
     if not text:
@@ -120,6 +124,7 @@ def decide(remark):
         remark.number("Growth") if rebuilt else 0,
         text.removesuffix("; ") if remedy else text,
         remedy,
+        remark.argument("Plan") if rebuilt else "none",
     )
 
 

@@ -1,0 +1,56 @@
+//===- PlanRecord.cpp - What was decided, as a plan -----------------------===//
+
+#include "plugin/tell/PlanRecord.h"
+#include "plugin/plan/BodyHash.h"
+#include "plugin/plan/PlanBook.h"
+#include "plugin/plan/PlanOptions.h"
+#include "plugin/tell/Decisions.h"
+#include "llvm/IR/Module.h"
+#include "llvm/Support/WithColor.h"
+#include <cstdlib>
+
+using namespace llvm;
+using namespace llvm::inlinerecursion;
+
+/// \p Decided as an entry; none for a function without a name, and for more
+/// copies than plans can ask for.
+static std::optional<PlanEntry> makeEntry(const Module &M,
+                                          const Decision &Decided) {
+  if (Decided.Function.front() == '\1')
+    return std::nullopt;
+  PlanEntry Entry;
+  Entry.Name = getNameInSource(Decided.Function);
+  Entry.File = getSourceFile(M).str();
+  Entry.Body = Decided.Body;
+  Entry.Reason = Decided.Reason;
+  Entry.Where = Decided.Where;
+  if (Decided.Plan.empty())
+    return Entry;
+  Expected<PlanSpec> Plan = PlanSpec::parse(Decided.Plan);
+  if (!Plan) {
+    consumeError(Plan.takeError());
+    return std::nullopt;
+  }
+  Entry.Plan = std::move(*Plan);
+  return Entry;
+}
+
+void llvm::inlinerecursion::writePlan(const Module &M,
+                                      ArrayRef<Decision> Decided) {
+  if (!isPlanWritten())
+    return;
+  const std::optional<std::string> Path = getWrittenPlanFile(M);
+  PlanDocument New;
+  New.Module = getSourceFile(M).str();
+  for (const Decision &One : Decided)
+    if (std::optional<PlanEntry> Entry = makeEntry(M, One))
+      New.Functions.push_back(std::move(*Entry));
+  if (!Path || New.Functions.empty())
+    return;
+  if (Error Failed = addToPlanFile(*Path, std::move(New))) {
+    WithColor::error(errs(), "InlineRecursion")
+        << "-inlinerecursion-write-plan: " << toString(std::move(Failed))
+        << "\n";
+    std::exit(1);
+  }
+}
