@@ -7,6 +7,7 @@
 #include "plugin/plan/PlanOptions.h"
 #include "plugin/plan/Planned.h"
 #include "llvm/ADT/DenseMap.h"
+#include "llvm/ADT/DenseSet.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/StringExtras.h"
 #include "llvm/IR/DiagnosticInfo.h"
@@ -63,11 +64,14 @@ private:
   const StringRef File;
   /// The functions that each entry may be meant for.
   DenseMap<const PlanEntry *, SmallVector<Function *, 1>> Meant;
+  /// The entries whose functions are there.
+  DenseSet<const PlanEntry *> Present;
 };
 } // namespace
 
 void Matching::findEntries(Function &F, bool IsLate) {
   const auto Found = Book.find(F.getName(), File, getPlace(M, IsLate));
+  Present.insert(Found.begin(), Found.end());
   for (const PlanEntry *Entry : Found)
     if (Entry->Plan.str() != Found.front()->Plan.str()) {
       warn(*Entry, "so is that of " + Found.front()->Origin +
@@ -98,17 +102,21 @@ void Matching::complainAboutMissing() {
   // A linker moves functions, and removes them.
   if (isInLinkStep(M) || File.empty())
     return;
+  unsigned Closest = 0;
+  for (const PlanEntry &Entry : Book.getEntries())
+    Closest = std::max(Closest, countCommonComponents(Entry.File, File));
   auto CountComponents = [](StringRef Path) {
     return unsigned(
         std::distance(sys::path::rbegin(Path), sys::path::rend(Path)));
   };
   for (const PlanEntry &Entry : Book.getEntries()) {
-    if (Meant.count(&Entry) || Entry.File.empty() ||
-        Entry.Where > Place::Late || StringRef(Entry.Name).contains('.'))
-      continue;
     const unsigned Common = countCommonComponents(Entry.File, File);
-    if (Common == CountComponents(Entry.File) ||
-        Common == CountComponents(File))
+    // One path may be the end of the other; what differs is not this file.
+    const bool IsThisFile =
+        Common == Closest &&
+        Common >= std::min(CountComponents(Entry.File), CountComponents(File));
+    if (IsThisFile && !Entry.File.empty() && !Present.count(&Entry) &&
+        Entry.Where <= Place::Late && !StringRef(Entry.Name).contains('.'))
       warn(Entry, "there is no such function in '" + File +
                       "'; remove it, or write the plan anew");
   }

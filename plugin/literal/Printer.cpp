@@ -5,6 +5,7 @@
 #include "plugin/ir/SingleRun.h"
 #include "plugin/literal/ObservedRun.h"
 #include "plugin/literal/PluginPass.h"
+#include "plugin/plan/PlanSpec.h"
 #include "llvm/ADT/DenseMap.h"
 #include "llvm/Analysis/ScalarEvolutionExpressions.h"
 #include "llvm/IR/Instructions.h"
@@ -41,7 +42,7 @@ static void printDecision(Function &F,
     OS << "InlineRecursion: Function " << F.getName() << " not costed\n";
   }
   OS << "   Decision: " << (V.Accepted ? "" : "not chained, ") << V.str()
-     << "\n";
+     << "\n   Plan: " << (V.Plan.empty() ? PlanSpec().str() : V.Plan) << "\n";
 }
 
 /// Brings the uses of functions in the copy of \p M that \p Copied leads to

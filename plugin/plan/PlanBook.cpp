@@ -17,8 +17,9 @@ using namespace llvm::inlinerecursion;
 
 unsigned llvm::inlinerecursion::countCommonComponents(StringRef A,
                                                       StringRef B) {
+  // The same path is closer than one that goes on.
+  unsigned Count = A == B && !A.empty();
   auto ItA = sys::path::rbegin(A), ItB = sys::path::rbegin(B);
-  unsigned Count = 0;
   while (ItA != sys::path::rend(A) && ItB != sys::path::rend(B) &&
          *ItA == *ItB) {
     ++Count;
@@ -43,9 +44,11 @@ PlanBook::PlanBook(std::vector<PlanDocument> Read) {
 
 /// What \p Name is called in a source in C++: with its parameters, and without.
 /// Empty for other names.
-static std::pair<std::string, std::string> demangleBoth(StringRef Name) {
+static std::pair<std::string, std::string>
+demangleBoth(const std::string &Name) {
+  // Refers to the name as long as it lives.
   ItaniumPartialDemangler Demangler;
-  if (Demangler.partialDemangle(Name.str().c_str()) || !Demangler.isFunction())
+  if (Demangler.partialDemangle(Name.c_str()) || !Demangler.isFunction())
     return {};
   auto Take = [](char *Text) {
     const std::string Result = Text ? Text : "";
@@ -64,10 +67,13 @@ SmallVector<const PlanEntry *, 1> PlanBook::find(StringRef Name, StringRef File,
                                                  Place Where) const {
   SmallVector<const PlanEntry *, 1> Best;
   unsigned MostCommon = 0;
+  // A name that is said more exactly counts, wherever it is said.
   auto Consider = [&](StringRef Key) {
+    if (Key.empty() || !Best.empty())
+      return;
     for (const PlanEntry *Entry : ByName.lookup(Key)) {
       const unsigned Common = countCommonComponents(Entry->File, File);
-      if (Entry->Where != Where || is_contained(Best, Entry) ||
+      if (Entry->Where != Where ||
           (!Entry->File.empty() && !File.empty() && Common == 0))
         continue;
       if (Common > MostCommon)
@@ -78,12 +84,10 @@ SmallVector<const PlanEntry *, 1> PlanBook::find(StringRef Name, StringRef File,
     }
   };
   const std::string InSource = getNameInSource(Name);
-  Consider(InSource);
   const auto [Whole, WithoutParameters] = demangleBoth(InSource);
-  if (!Whole.empty()) {
-    Consider(Whole);
-    Consider(WithoutParameters);
-  }
+  Consider(InSource);
+  Consider(Whole);
+  Consider(WithoutParameters);
   return Best;
 }
 

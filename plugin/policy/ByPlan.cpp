@@ -81,6 +81,16 @@ static std::string findDifference(const Plan &Made, const PlanSpec &Spec) {
   return "";
 }
 
+/// What \p Wanted is within \p Limits, or why it is not.
+static Plan makeShape(const Facts &Known, const Bounds &Limits,
+                      const PlannedShape &Wanted) {
+  if (std::optional<Verdict> Why = findFirmObstacle(Known, Limits, Wanted))
+    return Plan(std::move(*Why));
+  if (std::optional<Plan> Made = Wanted.Make(Known, Limits))
+    return std::move(*Made);
+  return Plan(refuse("NotPossible") << Wanted.Otherwise);
+}
+
 Plan llvm::inlinerecursion::makePlanByWords(const Facts &Known, Bounds Limits) {
   const PlanSpec &Spec = *Known.getPlan();
   const PlannedShape *Wanted = findShape(Spec.Kind);
@@ -90,19 +100,21 @@ Plan llvm::inlinerecursion::makePlanByWords(const Facts &Known, Bounds Limits) {
     return Plan(refuse("NotByRules")
                 << "the rules of the level do not build it");
 
-  Limits.FunctionGrowth = Limits.StateGrowth = Limits.PlannedGrowth;
+  Plan Made(refuse(""));
+  // Numbers that the plan leaves open are those that the policy would take.
+  const bool AreOpen = !Spec.Copies && Spec.Levels.empty();
+  if (AreOpen)
+    Made = makeShape(Known, Limits, *Wanted);
   if (Spec.Copies)
     Limits.Copies = *Spec.Copies;
   if (!Spec.Levels.empty())
     Limits.Copies = Spec.Levels.front() + 1;
   Limits.RingCopies = ~0u;
-  if (std::optional<Verdict> Why = findFirmObstacle(Known, Limits, *Wanted))
-    return Plan(std::move(*Why));
-  std::optional<Plan> Made = Wanted->Make(Known, Limits);
-  if (!Made)
-    return Plan(refuse("NotPossible") << Wanted->Otherwise);
-  const std::string Difference = findDifference(*Made, Spec);
-  if (!Difference.empty())
-    return Plan(refuse("NotPossible") << Difference);
-  return std::move(*Made);
+  Limits.FunctionGrowth = Limits.StateGrowth = Limits.PlannedGrowth;
+  if (Made.Kind == Plan::Nothing)
+    Made = makeShape(Known, Limits, *Wanted);
+  const std::string Difference =
+      Made.Kind == Plan::Nothing ? "" : findDifference(Made, Spec);
+  return Difference.empty() ? std::move(Made)
+                            : Plan(refuse("NotPossible") << Difference);
 }

@@ -125,8 +125,8 @@ RingStyle llvm::inlinerecursion::chooseRingStyle(const Facts &Known) {
           IsWanted(&PlanSpec::Staggered)};
 }
 
-/// The copies that somebody asks for; none if nobody does.
-static std::optional<unsigned> getWantedCopies(const Facts &Known) {
+std::optional<unsigned>
+llvm::inlinerecursion::getWantedCopies(const Facts &Known) {
   const PlanSpec *Plan = Known.getPlan();
   return Plan ? Plan->Copies : Known.getRequestedCopies();
 }

@@ -9,6 +9,8 @@
 #ifndef INLINERECURSION_PLUGIN_POLICY_COPYLIMITS_H
 #define INLINERECURSION_PLUGIN_POLICY_COPYLIMITS_H
 
+#include <optional>
+
 namespace llvm {
 namespace inlinerecursion {
 
@@ -34,6 +36,9 @@ struct RingStyle {
 
 /// As the plan of the function says, or else as it pays.
 RingStyle chooseRingStyle(const Facts &Known);
+
+/// The copies that a plan or the source asks for; none if nobody does.
+std::optional<unsigned> getWantedCopies(const Facts &Known);
 
 /// The longest ring that pays and fits into \p Limits.  Where the source or
 /// a plan asks for a number of copies, the ring of so many, if it fits.

@@ -269,7 +269,7 @@ static bool isTooLargeForTwo(const Facts &Known, const Bounds &Limits,
                              Verdict &Why) {
   if (fitRing(Known, Limits).Copies != 0)
     return false;
-  Why << (Known.getRequestedCopies() ? "so many" : "two") << " copies of its "
+  Why << (getWantedCopies(Known) ? "so many" : "two") << " copies of its "
       << NV("Instructions", Known.getBodySize()) << " instructions and "
       << NV("FrameSize", Known.getFrameSize())
       << " bytes of variables, inlined at "
