@@ -15,7 +15,9 @@
 ;  ALL-NEXT:   ExternalCallSites: 0
 ;  ALL-NEXT:   Benefit: 1, limit 0
 ; ZERO-NEXT:   Decision: not chained, it is called from 0 places outside itself, not from exactly one
+; ZERO-NEXT:   Plan: none
 ;THREE-NEXT:   Decision: chain of 1 copy at level 3
+;THREE-NEXT:   Plan: chain copies=1 rules
 ;  ALL-NEXT:InlineRecursion: Function two_calls Summary:
 ;  ALL-NEXT:   IsRecursiveFunction: 1
 ;  ALL-NEXT:   NumOfBlocks: 1
@@ -29,6 +31,7 @@
 ;  ALL-NEXT:   ExternalCallSites: 0
 ;  ALL-NEXT:   Benefit: 0, limit 0
 ;  ALL-NEXT:   Decision: not chained, it calls itself in 2 places, not in exactly one
+;  ALL-NEXT:   Plan: none
 ;  ALL-NEXT:InlineRecursion: Function last Summary:
 ;       ALL:   NumOfCandidateFunCallSiteInMod: 2
 ;  ALL-NEXT:   NumOfCandidateFunCallSite in {{last|caller}}: 1
@@ -37,7 +40,9 @@
 ;  ALL-NEXT:   ExternalCallSites: 1
 ;  ALL-NEXT:   Benefit: not estimated
 ; ZERO-NEXT:   Decision: not chained, the depth of its recursion is not a known constant
+; ZERO-NEXT:   Plan: none
 ;THREE-NEXT:   Decision: not chained, 1 more copies on top of 1 would exceed the limit of 1 per module
+;THREE-NEXT:   Plan: none
 ;   ALL-NOT:{{.}}
 
 define i32 @chain(i32 %n) {
