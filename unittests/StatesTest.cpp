@@ -323,6 +323,34 @@ TEST(StatesTest, TooManyValuesDropOut) {
   EXPECT_EQ(Node.States.Growing, Node.F.getArg(0));
 }
 
+/// Two entries, of which one alone would be the first of too many states.
+std::string enteredTwice(const std::string &UseListOrder) {
+  return counting("  %stop = icmp eq i32 %n, 200",
+                  "  %m = add i32 %n, 1\n  %l = add i32 %k, %n",
+                  "  %a = call i32 @f(i32 100, i32 %x)") +
+         "define void @again(i32 %x) {\n  %a = call i32 @f(i32 0, i32 %x)\n"
+         "  ret void\n}\n" +
+         UseListOrder;
+}
+
+TEST(StatesTest, TheOrderOfUsesDoesNotCount) {
+  // What the first call has led to is there for the second one.
+  const Found InOrder(enteredTwice("uselistorder ptr @f, { 1, 2, 0 }"));
+  ASSERT_EQ(InOrder.States.States.size(), 201u);
+  const Found Reversed(enteredTwice("uselistorder ptr @f, { 1, 0, 2 }"));
+  EXPECT_EQ(Reversed.all(), InOrder.all());
+  EXPECT_EQ(Reversed.ways(), InOrder.ways());
+
+  auto Callers = [](const Found &What) {
+    std::vector<std::string> Names;
+    for (auto [Call, Number] : What.States.Entries)
+      Names.push_back(Call->getFunction()->getName().str());
+    return Names;
+  };
+  EXPECT_EQ(Callers(InOrder), std::vector<std::string>({"main", "again"}));
+  EXPECT_EQ(Callers(Reversed), Callers(InOrder));
+}
+
 TEST(StatesTest, AsManyAsAllowed) {
   auto From = [](unsigned Begin) {
     return "  %a = call i32 @f(i32 " + std::to_string(Begin) + ", i32 %x)";

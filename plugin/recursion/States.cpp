@@ -67,11 +67,15 @@ static ArgumentTuple keepTelling(ArgumentTuple Tuple) {
   return Tuple;
 }
 
+/// Is \p Call of \p F one from outside with a constant worth to be followed?
+static bool isEntry(const CallBase &Call, const Function &F) {
+  return !isSelfCall(Call) &&
+         hasConstant(keepTelling(getConstantArguments(Call, F)));
+}
+
 bool llvm::inlinerecursion::isEnteredWithConstants(const Function &F) {
-  return anyCallOf<CallBase>(F, [&F](const CallBase &Call) {
-    return !isSelfCall(Call) &&
-           hasConstant(keepTelling(getConstantArguments(Call, F)));
-  });
+  return anyCallOf<CallBase>(
+      F, [&F](const CallBase &Call) { return isEntry(Call, F); });
 }
 
 namespace {
@@ -301,15 +305,30 @@ bool StateSearch::searchFrom(CallBase &Entry) {
   return true;
 }
 
+/// The calls of \p F from outside with constants, in the order of the module:
+/// that of the use list differs between ways to make the same module, and what
+/// is found from one call counts for the next one.
+static SmallVector<CallBase *, 8> findEntries(Function &F) {
+  SmallPtrSet<const Function *, 8> Callers;
+  for (const CallBase *Call : findCallsOf<CallBase>(F))
+    if (isEntry(*Call, F))
+      Callers.insert(Call->getFunction());
+  SmallVector<CallBase *, 8> Entries;
+  if (Callers.empty())
+    return Entries;
+  const auto IsF = [&F](const Function &Callee) { return &Callee == &F; };
+  for (Function &Caller : *F.getParent())
+    if (Callers.contains(&Caller))
+      for (CallBase *Call : findCallsIn<CallBase>(Caller, IsF))
+        if (isEntry(*Call, F))
+          Entries.push_back(Call);
+  return Entries;
+}
+
 StateSet StateSearch::run() {
-  // One that also hands the function on comes more than once.
-  const auto Calls = findCallsOf<CallBase>(F);
-  for (CallBase *Call :
-       SmallSetVector<CallBase *, 8>(Calls.begin(), Calls.end()))
-    if (!isSelfCall(*Call) &&
-        hasConstant(keepTelling(getConstantArguments(*Call, F))))
-      if (!searchFrom(*Call))
-        break;
+  for (CallBase *Call : findEntries(F))
+    if (!searchFrom(*Call))
+      break;
   return std::move(Found);
 }
 

@@ -23,6 +23,9 @@
 /// nearly as much.  What is left when no call from outside has a constant for
 /// it is no state at all.
 ///
+/// The calls from outside are asked in the order of the module, and what one
+/// has led to is there for the next.
+///
 /// Reads only.  At most MaxStates states of one call from outside, at most
 /// MaxWork instructions looked at for all of them and all attempts together.
 ///
@@ -74,7 +77,8 @@ double getSavedShare(ArrayRef<State> States);
 struct StateSet {
   /// In the order in which they are met.
   std::vector<State> States;
-  /// The calls from outside, and the states that they enter.
+  /// The calls from outside, in the order of the module, and the states that
+  /// they enter.
   SmallVector<std::pair<CallBase *, unsigned>, 4> Entries;
   /// An argument that left the state because it took too many values; null if
   /// none did.

@@ -5,10 +5,10 @@
 ; CHECK: call void @[[UP:sort.specialized.ascending[^(]*]](ptr @ascending,
 ; CHECK-LABEL: define void @down(
 ; CHECK: call void @[[DOWN:sort.specialized.descending[^(]*]](ptr @descending,
-; CHECK: define internal void @[[DOWN]](
-; CHECK: call i32 @descending(
 ; CHECK: define internal void @[[UP]](
 ; CHECK: call i32 @ascending(
+; CHECK: define internal void @[[DOWN]](
+; CHECK: call i32 @descending(
 
 @g = external global i32
 
