@@ -3,16 +3,13 @@
 #include "plugin/policy/Bounds.h"
 #include "plugin/policy/Facts.h"
 #include "plugin/policy/Offers.h"
+#include "plugin/policy/StateWords.h"
 #include "plugin/policy/Tuning.h"
 #include "plugin/recursion/SelfCalls.h"
-#include "llvm/ADT/SetVector.h"
 #include "llvm/ADT/SmallSet.h"
 #include "llvm/ADT/StringExtras.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
-#include "llvm/IR/Constants.h"
 #include "llvm/IR/Function.h"
-#include "llvm/Support/raw_ostream.h"
-#include <algorithm>
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -25,43 +22,6 @@ static bool isOneStateForAll(const Function &F, const StateSet &Found) {
   return Found.States.size() == 1 && F.hasLocalLinkage() &&
          F.getNumUses() ==
              Found.Entries.size() + Found.States.front().Next.size();
-}
-
-/// What \p A is called.
-static std::string describe(const Argument &A) {
-  return A.hasName() ? ("'" + A.getName() + "'").str()
-                     : "argument " + utostr(A.getArgNo() + 1);
-}
-
-/// The values that \p States have for the argument \p A, in words.
-static std::string describeValues(const Argument &A, const StateSet &States) {
-  SmallSetVector<Constant *, 16> Values;
-  for (const State &S : States.States)
-    if (Constant *C = S.Arguments[A.getArgNo()])
-      Values.insert(C);
-  std::string Text;
-  raw_string_ostream OS(Text);
-  OS << describe(A) << " (";
-  const auto ByValue = [](const Constant *L, const Constant *R) {
-    return cast<ConstantInt>(L)->getValue().slt(
-        cast<ConstantInt>(R)->getValue());
-  };
-  if (Values.size() > 2 &&
-      all_of(Values, [](const Constant *C) { return isa<ConstantInt>(C); })) {
-    const auto [Least, Most] =
-        std::minmax_element(Values.begin(), Values.end(), ByValue);
-    cast<ConstantInt>(*Least)->getValue().print(OS, /*isSigned=*/true);
-    OS << " to ";
-    cast<ConstantInt>(*Most)->getValue().print(OS, /*isSigned=*/true);
-  } else {
-    ListSeparator Comma;
-    for (const Constant *C : Values) {
-      OS << Comma;
-      C->printAsOperand(OS, /*PrintType=*/false);
-    }
-  }
-  OS << ")";
-  return OS.str();
 }
 
 /// The arguments that \p States know, and what of them.
