@@ -744,6 +744,7 @@ TEST(AutoRingTest, AsManyCopiesAsFit) {
 
 TEST(AutoRingTest, VariablesInMemoryTakeCopies) {
   // Bodies that share the frame: 1, 2, 4, 7, 12.  1024 bytes fit.
+  const ScopedOption<unsigned> AnyFrame("inlinerecursion-max-frame-size", 9999);
   EXPECT_EQ(Asked(hanoi("  %x = alloca [85 x i8]")).What.Copies, 5u);
   EXPECT_EQ(Asked(hanoi("  %x = alloca [86 x i8]")).What.Copies, 4u);
   EXPECT_EQ(Asked(hanoi("  %x = alloca [256 x i8]")).What.Copies, 3u);
@@ -1289,6 +1290,28 @@ TEST(AutoRefusalTest, ByValue) {
                            "", "i32 %n, ptr byval(i64) %p"))
                 .name(),
             "AutoByValue");
+}
+
+TEST(AutoRefusalTest, LargeFrame) {
+  EXPECT_EQ(Asked(hanoi("  %x = alloca [256 x i8]")).What.Kind, Plan::Ring);
+  const std::string Large = hanoi("  %x = alloca [257 x i8]");
+  EXPECT_EQ(Asked(Large).name(), "AutoLargeFrame");
+  // Not for who asks for it, either.
+  std::string Requested = Large;
+  Requested.replace(Requested.find(") {\nentry:"), 10,
+                    ") \"inlinerecursion-copies\"=\"3\" {\nentry:");
+  EXPECT_EQ(Asked(Requested).name(), "AutoLargeFrame");
+  // Copies for states share no frame.
+  Bounds States = Wide;
+  States.StateGrowth = 1000;
+  States.InlinerFollows = true;
+  const std::string Entry = R"(
+define void @main() {
+  call void @f(i32 4, i32 1, i32 2, i32 3)
+  ret void
+}
+)";
+  EXPECT_EQ(Asked(Large + Entry, States).What.Kind, Plan::States);
 }
 
 TEST(AutoRefusalTest, FiveSelfCalls) {

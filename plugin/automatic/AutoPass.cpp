@@ -146,10 +146,17 @@ static Verdict explainIllegal(const Function &F) {
          << "the rules of the level have made copies of it already";
 }
 
-/// May no copies be made of \p F?  Whoever asks for some is told why.
+/// May no copies be made of \p F?  Whoever asks for some is told why.  One that
+/// is protected from all others and may have copies for states is so no more:
+/// the policy leaves nothing else open (AutoLargeFrame).
 bool AutoRun::isRefused(Function &F) {
   if (D.isLegalToInlineRecursion(&F))
     return false;
+  // Behind the inliner there are no states.
+  if (Limits.InlinerFollows && isLeftToStates(F)) {
+    removeProtection(F);
+    return false;
+  }
   if (F.hasFnAttribute(CopiesMark))
     refuseCopies(F, explainIllegal(F));
   const std::optional<PlanSpec> Plan = getPlan(F);

@@ -21,6 +21,9 @@ namespace inlinerecursion {
 /// (bytes).
 uint64_t getFrameSize(const Function &F);
 
+/// Are they more than may stand in one frame several times?
+bool hasLargeFrame(const Function &F);
+
 } // namespace inlinerecursion
 } // namespace llvm
 

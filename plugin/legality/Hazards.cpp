@@ -22,11 +22,6 @@ static cl::opt<unsigned> MaxFunctionSize(
     cl::desc("Largest recursive function that copies are made of "
              "(instructions)"));
 
-static cl::opt<unsigned> MaxFrameSize(
-    "inlinerecursion-max-frame-size", cl::init(256), cl::Hidden,
-    cl::desc("Largest size of the local variables in memory of a recursive "
-             "function that copies are made of (bytes)"));
-
 template <typename InstT, typename PredicateT>
 static bool anyInstruction(const Function &F, PredicateT Wanted) {
   return any_of(instructions(F), [&](const Instruction &I) {
@@ -183,10 +178,9 @@ static bool isTooLarge(const Function &F) {
 
 // Flattened, one frame holds the variables of all copies, however many are
 // entered.  A recursion that leads through other functions needs that frame
-// each time around.
-static bool hasLargeFrame(const Function &F) {
-  return getFrameSize(F) > MaxFrameSize;
-}
+// each time around.  Copies that stay functions of their own have it as the
+// function had.
+static bool wouldMultiplyFrame(const Function &F) { return hasLargeFrame(F); }
 
 //===----------------------------------------------------------------------===//
 // Wishes
@@ -253,7 +247,8 @@ static const ProtectionReason Hazards[] = {
     {"LargeFrame",
      "its local variables take more stack than "
      "inlinerecursion-max-frame-size allows",
-     hasLargeFrame, "keep large variables elsewhere"},
+     wouldMultiplyFrame, "keep large variables elsewhere",
+     /*LeavesStates=*/true},
 };
 
 static const ProtectionReason Wishes[] = {

@@ -39,6 +39,8 @@ struct ProtectionReason {
   /// What the user can do about it, in a few words; empty where nothing helps,
   /// or what would help is not in his hands.
   StringLiteral Remedy = "";
+  /// Does it leave copies open that are not inlined into each other?
+  bool LeavesStates = false;
 };
 
 ArrayRef<ProtectionReason> getHazards();

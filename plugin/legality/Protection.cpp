@@ -59,7 +59,15 @@ static void protect(Function &F, const ProtectionReason &Reason) {
   F.addFnAttrs(Marks);
 }
 
-static void unprotect(Function &F) {
+bool llvm::inlinerecursion::isLeftToStates(const Function &F) {
+  const ProtectionReason *Reason = getProtection(F);
+  if (!Reason || !Reason->LeavesStates)
+    return false;
+  // A plan overrules wishes, and may be one for later.
+  return isPlanned(F) ? getPlan(F).has_value() : !findWish(F);
+}
+
+void llvm::inlinerecursion::removeProtection(Function &F) {
   F.removeFnAttr(CloneMark);
   F.removeFnAttr(ProtectedMark);
 }
@@ -67,14 +75,14 @@ static void unprotect(Function &F) {
 void llvm::inlinerecursion::removeProtection(Module &M) {
   for (Function &F : M)
     if (F.hasFnAttribute(ProtectedMark))
-      unprotect(F);
+      removeProtection(F);
 }
 
 void llvm::inlinerecursion::releasePlanned(Module &M) {
   for (Function &F : M)
     if (F.getFnAttribute(ProtectedMark).getValueAsString() == Planned.Name &&
         getPlan(F)) {
-      unprotect(F);
+      removeProtection(F);
       markOrigin(F);
     }
 }
@@ -83,7 +91,8 @@ void llvm::inlinerecursion::releasePlanned(Module &M) {
 static const ProtectionReason *findProtection(const Function &F) {
   if (NotRecursive.Holds(F))
     return &NotRecursive;
-  if (const ProtectionReason *Hazard = findReason(getHazards(), F))
+  const ProtectionReason *Hazard = findReason(getHazards(), F);
+  if (Hazard && !Hazard->LeavesStates)
     return Hazard;
   if (LeftByPlan.Holds(F))
     return &LeftByPlan;
@@ -94,6 +103,9 @@ static const ProtectionReason *findProtection(const Function &F) {
   // Behind these, so that it counts what may otherwise be rebuilt.
   if (SkippedByCounter.Holds(F))
     return &SkippedByCounter;
+  // This one is left to the automatic policy just as what is planned.
+  if (Hazard)
+    return Hazard;
   return Planned.Holds(F) ? &Planned : nullptr;
 }
 
@@ -108,9 +120,10 @@ PreservedAnalyses ProtectionPass::run(Module &M, ModuleAnalysisManager &) {
     if (const ProtectionReason *Reason = findProtection(F)) {
       warnAboutRequest(F, refuse(Reason->Name, Reason->Remedy) << Reason->Text);
       protect(F, *Reason);
-    } else {
-      markOrigin(F);
+      if (!isLeftToStates(F))
+        continue;
     }
+    markOrigin(F);
   }
   // No analysis rests on these attributes.
   return PreservedAnalyses::all();

@@ -43,6 +43,14 @@ const ProtectionReason *getProtection(const Function &F);
 /// taken.
 void releasePlanned(Module &M);
 
+/// Is \p F protected, but not from copies for states, which the automatic
+/// policy may make in front of the inliner?  What is told about it is left to
+/// that.
+bool isLeftToStates(const Function &F);
+
+/// Takes the protection of \p F back.
+void removeProtection(Function &F);
+
 /// Takes all protection in \p M back.
 void removeProtection(Module &M);
 

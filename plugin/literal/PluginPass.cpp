@@ -4,6 +4,7 @@
 #include "pass/InlineRecursion.h"
 #include "plugin/ir/Names.h"
 #include "plugin/ir/SingleRun.h"
+#include "plugin/legality/Protection.h"
 #include "plugin/literal/ObservedRun.h"
 #include "plugin/literal/Reasons.h"
 #include "plugin/literal/RefusedRequests.h"
@@ -28,7 +29,7 @@ PreservedAnalyses PluginPass::run(Module &M, ModuleAnalysisManager &MAM) {
                            InlineRecursion::InlineRecursionCosting *Costing,
                            const Verdict &V) {
     // The automatic policy decides about it.
-    if (V.Name == "Planned" && Next.Auto)
+    if (Next.Auto && (V.Name == "Planned" || isLeftToStates(F)))
       return;
     if (Costing)
       emitAnalysis(*Costing);

@@ -3,6 +3,7 @@
 #include "plugin/policy/Obstacles.h"
 #include "pass/InlineRecursion.h"
 #include "plugin/ir/LinkStep.h"
+#include "plugin/ir/Size.h"
 #include "plugin/policy/Bounds.h"
 #include "plugin/policy/CopyLimits.h"
 #include "plugin/policy/Facts.h"
@@ -74,6 +75,16 @@ static bool isLoopAnyway(const Facts &Known, const Bounds &, Verdict &Why) {
               [](const CallBase *Call) { return becomesLoop(*Call); }))
     return false;
   Why << "its recursion becomes a loop";
+  return true;
+}
+
+// Copies for states stay functions of their own; all others share a frame.
+static bool wouldMultiplyFrame(const Facts &Known, const Bounds &,
+                               Verdict &Why) {
+  if (!hasLargeFrame(Known.getFunction()))
+    return false;
+  Why << "its local variables take more stack than "
+         "inlinerecursion-max-frame-size allows";
   return true;
 }
 
@@ -316,6 +327,8 @@ static constexpr Obstacle Obstacles[] = {
     {"AutoByValue", OfferStates, false, true, takesByValue,
      "pass it by pointer"},
     {"AutoLoop", OfferNothing, false, true, isLoopAnyway},
+    {"AutoLargeFrame", OfferStates, false, true, wouldMultiplyFrame,
+     "keep large variables elsewhere"},
     {"AutoSelfCalls", OfferStates | OfferSplit, false, false, hasManySelfCalls},
     {"AutoDeclined", OfferStates, false, false, isDeclined},
     {"AutoOnlyCaller", OfferStates, false, false, isOnlyCaller},

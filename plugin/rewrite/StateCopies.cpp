@@ -3,8 +3,10 @@
 #include "plugin/rewrite/StateCopies.h"
 #include "host/InliningPlan.h"
 #include "plugin/ir/Names.h"
+#include "plugin/ir/Size.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/recursion/States.h"
+#include "llvm/Analysis/ValueTracking.h"
 #include "llvm/IR/IRBuilder.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/Support/CommandLine.h"
@@ -46,6 +48,27 @@ static CallInst &makeCase(CallInst &Call, unsigned Index, ConstantInt &Value) {
   return *New;
 }
 
+/// Erases the variables of \p Copy, made of a function that has some, which
+/// nothing is left of: the last activation often needs none.
+static void eraseUnusedVariables(Function &Copy) {
+  SmallVector<Instruction *, 4> Unused;
+  for (Instruction &I : Copy.getEntryBlock())
+    if (isa<AllocaInst>(I) && onlyUsedByLifetimeMarkers(&I))
+      Unused.push_back(&I);
+  for (Instruction *Variable : Unused) {
+    for (User *Marker : make_early_inc_range(Variable->users()))
+      cast<Instruction>(Marker)->eraseFromParent();
+    Variable->eraseFromParent();
+  }
+}
+
+/// Keeps \p Copy, whose variables take much stack, a function of its own: in
+/// the frame of another one they would take it whether it is called or not.
+static void keepApart(Function &Copy) {
+  Copy.removeFnAttr(Attribute::AlwaysInline);
+  Copy.addFnAttr(Attribute::NoInline);
+}
+
 SmallVector<Function *, 4>
 llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
   Specializations Made(F);
@@ -80,11 +103,15 @@ llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
 
   SmallVector<Function *, 4> Recursive;
   SmallVector<Function *, 16> Others;
-  for (Function *Copy : Made.getCopies())
-    if (isDirectlyRecursive(*Copy))
+  for (Function *Copy : Made.getCopies()) {
+    eraseUnusedVariables(*Copy);
+    if (hasLargeFrame(*Copy))
+      keepApart(*Copy);
+    else if (isDirectlyRecursive(*Copy))
       Recursive.push_back(Copy);
     else
       Others.push_back(Copy);
+  }
   unsigned GrowthLeft = States.getSize();
   planInlining(Others, MaxInlinedSize, GrowthLeft);
   return Recursive;

@@ -18,7 +18,8 @@
 ///
 /// Calls between copies stay calls unless little is left of the callee: one
 /// function of all rows needs a frame and registers for all of them, and takes
-/// long to compile.
+/// long to compile.  Where the variables in memory are large, they all stay
+/// calls, so that no activation takes more stack than before.
 ///
 /// The function itself stays for those who call it with something else.
 ///
@@ -38,7 +39,8 @@ namespace inlinerecursion {
 struct StateSet;
 
 /// Builds a copy of \p F for each of \p States, which were found for it as it
-/// is.  Returns the copies that call themselves.
+/// is.  Returns the copies that call themselves, but for those
+/// with large frames.
 SmallVector<Function *, 4> buildStates(Function &F, const StateSet &States);
 
 } // namespace inlinerecursion

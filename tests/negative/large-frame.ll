@@ -1,5 +1,5 @@
 ; A function with more than 256 bytes of local variables in memory is left alone.
-; RUN: %opt -passes='inlinerecursion-pipeline<level=3>' -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='f.recurse.clone' --implicit-check-not=inlinerecursion-protected --implicit-check-not=remark:
+; RUN: %opt -passes='inlinerecursion-pipeline<level=3;no-auto>' -pass-remarks-missed=inlinerecursion -S %s 2>&1 | FileCheck %s --implicit-check-not='f.recurse.clone' --implicit-check-not=inlinerecursion-protected --implicit-check-not=remark:
 
 ; CHECK: remark: <unknown>:0:0: 'f' not chained: its local variables take more stack than inlinerecursion-max-frame-size allows
 ; CHECK: define internal {{.*}}@taken.recurse.clone(
