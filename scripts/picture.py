@@ -3,14 +3,18 @@
 For each function that was rebuilt there is one row: on the left the function that
 calls itself, on the right its copies, in a line with the function at its end (a
 chain), in a circle beside it or behind it (a ring), or in a line that ends (a leaf
-chain). Only direct calls that the pass rewired are drawn; callers outside are one box.
+chain). Copies for states are linked as the record says; of many, the first two and the
+last have a box each, and all others share one. Only direct calls that the pass rewired
+are drawn; callers outside are one box.
 
 What is drawn has a name (function), a shape and a number of copies; where it is
-automatic, the function enters its ring itself.
+automatic, the function enters its ring itself. Copies for states have their known
+arguments (states) and who calls whom (links), as plugin/policy/StateWords.h says.
 """
 
 import re
 import subprocess
+from dataclasses import dataclass, field
 
 BEFORE, COPY, ORIGIN = "#d0d0d0", "#a8d5a2", "#f3d08b"
 
@@ -47,7 +51,87 @@ def links_after(entry, caller, origin, names):
     return [pair for way in ways for pair in zip(way, way[1:])]
 
 
+@dataclass
+class Links:
+    """Who calls whom among the copies for states, by their numbers."""
+
+    entered: list = field(default_factory=list)
+    pairs: list = field(default_factory=list)
+    # May somebody call the function itself?
+    others: bool = False
+    # Were there too many to tell all of them?
+    more: bool = False
+
+
+def read_links(text):
+    """What stands in a record as "in:0 others 0-6:+1 7:-7,+0"."""
+    links = Links()
+    for word in text.split():
+        head, _, tail = word.partition(":")
+        if head == "in":
+            links.entered.append(int(tail))
+        elif head == "others":
+            links.others = True
+        elif head == "...":
+            links.more = True
+        else:
+            first, _, last = head.partition("-")
+            links.pairs += [(state, state + int(step))
+                            for state in range(int(first), int(last or first) + 1)
+                            for step in tail.split(",")]
+    return links
+
+
+def place_states(number, copies, words):
+    """Which box each state has, and what stands in the boxes."""
+    boxes = [f"a{number}_{state}" for state in range(copies)]
+    labels = {}
+    for place, word in enumerate(words):
+        if word == "...":
+            # Of those behind it, only the last has a box of its own.
+            shared = range(place, copies - 1)
+            boxes[place:-1] = [boxes[place]] * len(shared)
+            labels[boxes[place]] = f"{len(shared)} more"
+        else:
+            state = place if place + 1 < len(words) else copies - 1
+            label = f"copy {state}" if word.startswith("#") else f"for ({word})"
+            labels[boxes[state]] = label
+    return boxes, labels
+
+
+def draw_states(number, entry):
+    copies, links = int(entry.copies), read_links(entry.links)
+    boxes, labels = place_states(number, copies, entry.states.split())
+    title = f"after: {copies} {'state' if copies == 1 else 'states'}"
+    if links.more:
+        title += ", not all calls are shown"
+    caller, others, origin = (f"a{number}_{name}" for name in ("caller", "others", "origin"))
+    lines = [
+        f"subgraph cluster_after{number} {{ label={quoted(title)};",
+        f"{caller} [label=callers, shape=plaintext];",
+        *(f"{box} [label={quoted(label)}, fillcolor={quoted(COPY)}];"
+          for box, label in labels.items()),
+    ]
+    # Each arrow once, and those that lead back without constraint, so that the copies
+    # stand in the order of their numbers.
+    entered = dict.fromkeys(boxes[state] for state in links.entered)
+    lines += [f"{caller} -> {box};" for box in entered]
+    arrows = dict.fromkeys((boxes[above], boxes[below], above < below)
+                           for above, below in links.pairs)
+    lines += [f"{above} -> {below}{'' if down else ' [constraint=false]'};"
+              for above, below, down in arrows]
+    if links.others:
+        lines += [
+            f"{others} [label={quoted('callers with other values')}, shape=plaintext];",
+            f"{origin} [label={quoted(entry.function)}, fillcolor={quoted(ORIGIN)}];",
+            f"{others} -> {origin}; {origin} -> {origin};",
+        ]
+    return lines + ["}"]
+
+
 def draw_after(number, entry):
+    if entry.shape == "states":
+        return draw_states(number, entry)
     copies = int(entry.copies)
     caller, origin = f"a{number}_caller", f"a{number}_origin"
     names = [f"a{number}_{index}" for index in range(copies)]

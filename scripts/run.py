@@ -48,8 +48,9 @@ Usage: ./run [OPTION]... [FILE]...
 
 Compiles the C or C++ files, which together make one program, with clang-16 as it
 is and with the InlineRecursion pass, runs both, and reports which functions were
-rebuilt as chains of copies, what that does to compile time and run time, and
-whether both programs print the same. Without a FILE: examples/permutations.c.
+rebuilt as chains of copies or for states, what that does to compile time and run
+time, and whether both programs print the same. Without a FILE:
+examples/permutations.c.
 Missing packages are installed and the pass is built first.
 
   --level N             how eager the pass is, 0 to 4; default 0, which takes
@@ -134,8 +135,11 @@ class Chained:
 
     function: str
     place: str  # "file:line", or empty
-    shape: str  # "chain" or "ring"
+    shape: str  # "chain", "ring" or "states"
     copies: str
+    # Of copies for states: what each knows, and who calls whom.
+    states: str = ""
+    links: str = ""
 
 
 # --- The command line --------------------------------------------------------
@@ -420,14 +424,15 @@ def unquote(scalar):
 
 
 def parse_record(text):
-    """The functions an optimisation record (YAML) calls chained, in its order."""
+    """The functions an optimisation record (YAML) calls chained or rebuilt for states,
+    in its order."""
     chained = []
     for document in re.findall(r"^--- !Passed\n(.*?)^\.\.\.$", text, re.M | re.S):
         values = {
             key: unquote(value)
             for key, value in re.findall(r"^(?:  - )?(\w+): *(.*?) *$", document, re.M)
         }
-        if values.get("Name") != "Chained":
+        if values.get("Name") not in ("Chained", "AutoStates"):
             continue
         location = values.get("DebugLoc", "")
         place = re.search(r"File: *('(?:[^']|'')*'|[^,]*), *Line: *(\d+)", location)
@@ -435,8 +440,10 @@ def parse_record(text):
             Chained(
                 values["Function"],
                 f"{os.path.basename(unquote(place[1]))}:{place[2]}" if place else "",
-                values["Shape"],
+                values.get("Shape", "states"),
                 values["Copies"],
+                values.get("States", ""),
+                values.get("Links", ""),
             )
         )
     return chained
@@ -555,6 +562,13 @@ NOT_CHAINED = (
 )
 
 
+def describe_shape(entry):
+    is_one = entry.copies == "1"
+    if entry.shape == "states":
+        return f"{entry.copies} {'state' if is_one else 'states'}"
+    return f"{entry.shape} of {entry.copies} {'copy' if is_one else 'copies'}"
+
+
 def describe_chained(chained, level):
     if not chained:
         return [
@@ -563,8 +577,7 @@ def describe_chained(chained, level):
         ]
     width = max(len(entry.function) for entry in chained)
     return [
-        f"{entry.function:<{width}}  {entry.shape} of {entry.copies}"
-        f" {'copy' if entry.copies == '1' else 'copies'}"
+        f"{entry.function:<{width}}  {describe_shape(entry)}"
         + (f"  ({entry.place})" if entry.place else "")
         for entry in chained
     ]

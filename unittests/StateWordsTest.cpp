@@ -110,4 +110,98 @@ TEST(StateWordsTest, Values) {
   EXPECT_EQ(say("i1 zeroext %n", {1, 0}), "'n' (true, false)");
 }
 
+/// The states of a function of its own in a module with \p Callers, with made
+/// up links.
+class Linked {
+public:
+  explicit Linked(const std::string &Linkage = "",
+                  const std::string &Callers = "",
+                  const std::string &Parameters = "i32 %n, ptr %p")
+      : TM("define " + Linkage + " void @f(" + Parameters +
+           ") {\n  ret void\n}\n" + Callers),
+        F(TM.function("f")) {}
+
+  /// Adds a state that knows \p N and leads to those with the numbers \p Next.
+  Linked &add(Constant *N, std::initializer_list<unsigned> Next) {
+    State &S = States.States.emplace_back();
+    S.Arguments.resize(F.arg_size());
+    S.Arguments.front() = N;
+    for (unsigned To : Next)
+      S.Next.push_back({nullptr, To, std::nullopt});
+    return *this;
+  }
+  Linked &add(int N, std::initializer_list<unsigned> Next) {
+    return add(ConstantInt::get(F.getArg(0)->getType(), N, true), Next);
+  }
+  Linked &enter(unsigned Number) {
+    States.Entries.emplace_back(nullptr, Number);
+    return *this;
+  }
+
+  std::string states() const { return listStates(F, States); }
+  std::string links() const { return listLinks(F, States); }
+
+private:
+  TestModule TM;
+
+public:
+  Function &F;
+  StateSet States;
+};
+
+TEST(StateWordsTest, LinksOfACycle) {
+  Linked Cycle;
+  Cycle.add(-1, {1}).add(4, {2}).add(0, {0, 2, 0}).enter(0).enter(2).enter(0);
+  EXPECT_EQ(Cycle.states(), "-1,_ 4,_ 0,_");
+  EXPECT_EQ(Cycle.links(), "in:0 in:2 others 0-1:+1 2:-2,+0");
+}
+
+TEST(StateWordsTest, StatesThatLeadNowhere) {
+  Linked Choice;
+  Choice.add(0, {1, 2}).add(1, {}).add(2, {}).enter(0);
+  EXPECT_EQ(Choice.links(), "in:0 others 0:+1,+2");
+}
+
+TEST(StateWordsTest, OthersAreThoseWhoAreLeft) {
+  const std::string Caller = "define void @main(ptr %p) {\n"
+                             "  call void @f(i32 7, ptr %p)\n  ret void\n}\n";
+  EXPECT_EQ(Linked("internal", Caller).add(7, {}).enter(0).links(), "in:0");
+  EXPECT_EQ(Linked("", Caller).add(7, {}).enter(0).links(), "in:0 others");
+  EXPECT_EQ(Linked("internal", Caller + "@a = global ptr @f\n")
+                .add(7, {})
+                .enter(0)
+                .links(),
+            "in:0 others");
+}
+
+TEST(StateWordsTest, ManyStatesAreShortened) {
+  Linked Eight, Nine;
+  for (unsigned I = 0; I != 8; ++I)
+    Eight.add(I, {I + 1});
+  EXPECT_EQ(Eight.states(), "0,_ 1,_ 2,_ 3,_ 4,_ 5,_ 6,_ 7,_");
+  for (unsigned I = 0; I != 9; ++I)
+    Nine.add(I, {I + 1});
+  EXPECT_EQ(Nine.states(), "0,_ 1,_ ... 8,_");
+  EXPECT_EQ(Nine.links(), "others 0-8:+1");
+}
+
+TEST(StateWordsTest, LongLinksEnd) {
+  Linked Uneven;
+  for (unsigned I = 0; I != 100; ++I)
+    Uneven.add(I, {I * 37 % 100});
+  EXPECT_LE(Uneven.links().size(), 404u);
+  EXPECT_TRUE(StringRef(Uneven.links()).endswith(" ..."));
+}
+
+TEST(StateWordsTest, NamesThatAreNoShortWords) {
+  Linked Names("",
+               "declare void @\"a b\"()\n"
+               "declare void @a_function_with_a_long_name()\n"
+               "declare void @short()\n",
+               "ptr %compare");
+  for (const char *Name : {"short", "a b", "a_function_with_a_long_name"})
+    Names.add(Names.F.getParent()->getFunction(Name), {});
+  EXPECT_EQ(Names.states(), "@short #1 #2");
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 //===- StateWords.cpp - States, told to the user --------------------------===//
 
 #include "plugin/policy/StateWords.h"
+#include "host/DirectCalls.h"
 #include "plugin/recursion/States.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SetVector.h"
@@ -16,6 +17,13 @@
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
+
+/// Most states that are listed one by one.
+static constexpr unsigned MaxStatesListed = 8;
+/// Most characters of what names a state.
+static constexpr unsigned MaxStateWord = 24;
+/// Most characters of the links between all states.
+static constexpr unsigned MaxLinksLength = 400;
 
 std::string llvm::inlinerecursion::describe(const Argument &A) {
   return A.hasName() ? ("'" + A.getName() + "'").str()
@@ -129,43 +137,150 @@ bool llvm::inlinerecursion::isUnsigned(const Argument &A) {
 // Values
 //===----------------------------------------------------------------------===//
 
+/// Is \p C more than true or false?
+static bool isNumber(const Constant &C) {
+  return isa<ConstantInt>(C) && !C.getType()->isIntegerTy(1);
+}
+
+static void printValue(raw_ostream &OS, const Constant &C, bool Unsigned) {
+  if (isNumber(C))
+    cast<ConstantInt>(C).getValue().print(OS, /*isSigned=*/!Unsigned);
+  else
+    C.printAsOperand(OS, /*PrintType=*/false);
+}
+
 std::string llvm::inlinerecursion::describeValues(const Argument &A,
                                                   const StateSet &States) {
   SmallSetVector<Constant *, 16> Values;
   for (const State &S : States.States)
     if (Constant *C = S.Arguments[A.getArgNo()])
       Values.insert(C);
-  const bool AreSigned = A.getType()->isIntegerTy() && !isUnsigned(A);
-  const auto ByValue = [AreSigned](const Constant *L, const Constant *R) {
+  const bool Unsigned = A.getType()->isIntegerTy() && isUnsigned(A);
+  const auto ByValue = [Unsigned](const Constant *L, const Constant *R) {
     const APInt &Left = cast<ConstantInt>(L)->getValue();
     const APInt &Right = cast<ConstantInt>(R)->getValue();
-    return AreSigned ? Left.slt(Right) : Left.ult(Right);
-  };
-  const auto IsNumber = [](const Constant *C) {
-    return isa<ConstantInt>(C) && !C->getType()->isIntegerTy(1);
+    return Unsigned ? Left.ult(Right) : Left.slt(Right);
   };
   std::string Text;
   raw_string_ostream OS(Text);
-  const auto Print = [&](const Constant *C) {
-    if (IsNumber(C))
-      cast<ConstantInt>(C)->getValue().print(OS, AreSigned);
-    else
-      C->printAsOperand(OS, /*PrintType=*/false);
-  };
   OS << describe(A) << " (";
-  if (Values.size() > 2 && all_of(Values, IsNumber)) {
+  if (Values.size() > 2 &&
+      all_of(Values, [](const Constant *C) { return isNumber(*C); })) {
     const auto [Least, Most] =
         std::minmax_element(Values.begin(), Values.end(), ByValue);
-    Print(*Least);
+    printValue(OS, **Least, Unsigned);
     OS << " to ";
-    Print(*Most);
+    printValue(OS, **Most, Unsigned);
   } else {
     ListSeparator Comma;
     for (const Constant *C : Values) {
       OS << Comma;
-      Print(C);
+      printValue(OS, *C, Unsigned);
     }
   }
   OS << ")";
   return OS.str();
+}
+
+//===----------------------------------------------------------------------===//
+// Links
+//===----------------------------------------------------------------------===//
+
+/// The values in the state \p S; empty if that is longer than names should be,
+/// or not one word.
+static std::string describeState(const State &S, const Function &F) {
+  std::string Text;
+  raw_string_ostream OS(Text);
+  ListSeparator Comma(",");
+  for (const Argument &A : F.args()) {
+    OS << Comma;
+    if (const Constant *C = S.Arguments[A.getArgNo()])
+      printValue(OS, *C, isUnsigned(A));
+    else
+      OS << "_";
+  }
+  OS.flush();
+  const bool IsWord = Text.size() <= MaxStateWord && none_of(Text, isSpace);
+  return IsWord ? Text : "";
+}
+
+std::string llvm::inlinerecursion::listStates(const Function &F,
+                                              const StateSet &States) {
+  const unsigned Count = States.States.size();
+  std::string Text;
+  raw_string_ostream OS(Text);
+  ListSeparator Space(" ");
+  const auto List = [&](unsigned Number) {
+    const std::string Word = describeState(States.States[Number], F);
+    OS << Space << (Word.empty() ? "#" + utostr(Number) : Word);
+  };
+  if (Count <= MaxStatesListed) {
+    for (unsigned Number = 0; Number != Count; ++Number)
+      List(Number);
+    return OS.str();
+  }
+  List(0);
+  List(1);
+  OS << Space << "...";
+  List(Count - 1);
+  return OS.str();
+}
+
+/// Where \p S, with the number \p From, leads to, as "+1,-3"; each state once.
+static std::string listSuccessors(const State &S, unsigned From) {
+  SmallSetVector<unsigned, 8> Next;
+  for (const Successor &To : S.Next)
+    Next.insert(To.State);
+  std::string Text;
+  raw_string_ostream OS(Text);
+  ListSeparator Comma(",");
+  for (unsigned To : Next) {
+    OS << Comma;
+    if (To < From)
+      OS << "-" << From - To;
+    else
+      OS << "+" << To - From;
+  }
+  return OS.str();
+}
+
+/// May anybody enter \p F itself, once \p States have their copies?
+static bool isEnteredOtherwise(const Function &F, const StateSet &States) {
+  if (!F.hasLocalLinkage())
+    return true;
+  const unsigned SelfCalls = count_if(F.users(), [](const User *U) {
+    const auto *Call = dyn_cast<CallBase>(U);
+    return Call && isSelfCall(*Call);
+  });
+  return F.getNumUses() != States.Entries.size() + SelfCalls;
+}
+
+std::string llvm::inlinerecursion::listLinks(const Function &F,
+                                             const StateSet &States) {
+  SmallSetVector<unsigned, 8> Entered;
+  for (const auto &[Call, Number] : States.Entries)
+    Entered.insert(Number);
+  SmallVector<std::string, 16> Words;
+  for (unsigned Number : Entered)
+    Words.push_back("in:" + utostr(Number));
+  if (isEnteredOtherwise(F, States))
+    Words.push_back("others");
+  const unsigned Count = States.States.size();
+  for (unsigned From = 0, End; From != Count; From = End) {
+    const std::string Next = listSuccessors(States.States[From], From);
+    for (End = From + 1; End != Count; ++End)
+      if (listSuccessors(States.States[End], End) != Next)
+        break;
+    if (Next.empty())
+      continue;
+    const std::string Last = End - From > 1 ? "-" + utostr(End - 1) : "";
+    Words.push_back(utostr(From) + Last + ":" + Next);
+  }
+  std::string Text;
+  for (const std::string &Word : Words) {
+    if (Text.size() + Word.size() > MaxLinksLength)
+      return Text + " ...";
+    Text += (Text.empty() ? "" : " ") + Word;
+  }
+  return Text;
 }

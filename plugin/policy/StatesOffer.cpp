@@ -118,6 +118,8 @@ std::optional<Plan> llvm::inlinerecursion::offerStates(const Facts &Known,
                   << " % of " << NV("Instructions", Known.getSize())
                   << " instructions folded, growing by about "
                   << NV("Growth", Copies.Growth) << " instructions";
+  Copies.Decision.RecordOnly = {NV("States", listStates(F, *Found)),
+                                NV("Links", listLinks(F, *Found))};
   return Copies;
 }
 

@@ -147,6 +147,8 @@ void llvm::inlinerecursion::emitRemark(Function &F, const Verdict &V,
       Remark << ore::NV("Growth", V.Growth);
     if (!V.Plan.empty())
       Remark << ore::NV("Plan", V.Plan);
+    for (const Verdict::Argument &Piece : V.RecordOnly)
+      Remark << Piece;
     ORE.emit(Remark);
   } else {
     auto Remark = buildRemark<OptimizationRemarkMissed>(F, V, V.Outcome);

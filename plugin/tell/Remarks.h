@@ -9,7 +9,8 @@
 ///
 /// Where the user can do something about a refusal, the remark ends with it.
 /// What a record holds beside the text: the growth, where the text does not say
-/// it, as "Growth", and what was built, in the language of plans, as "Plan".
+/// it, as "Growth", what was built, in the language of plans, as "Plan", and
+/// what the verdict has for records alone.
 ///
 //===----------------------------------------------------------------------===//
 

@@ -29,6 +29,8 @@ struct Verdict {
   StringRef Outcome;
   /// The reason as half a sentence, with the numbers as named values.
   SmallVector<Argument, 6> Message;
+  /// What stands in a record, for programs that read it, and not in the text.
+  SmallVector<Argument, 2> RecordOnly;
   /// What the user can do about a refusal, in a few words; empty where nothing
   /// helps, or what would help is no gain.
   StringRef Remedy;

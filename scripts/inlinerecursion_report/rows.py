@@ -15,6 +15,12 @@ from demangle import demangle
 # function that was taken apart, maybe one that is handed its sum.
 PROMOTED = re.compile(r"\.llvm\.\d+$")
 REST = re.compile(r"(\.recurse\.(rest|sum)(\.\d+)?)+$")
+# The name of the decision to make copies for states, and what stands behind the names of
+# these: what they know.
+STATES = "AutoStates"
+STATE = re.compile(r"\.specialized\..*$")
+# What stands in a record and not in its text.
+RECORD_ONLY = ("Growth", "Plan", "States", "Links")
 # In the names of copies, which a linker may find to be recursive.
 COPY = re.compile(r"\.recurse\.|\.specialized\.")
 # In the names that C++ makes: something that each file may have for itself.
@@ -36,10 +42,18 @@ class Decision:
     remedy: str = ""
     # What becomes of it, as plan files say it.
     plan: str = "none"
+    # Of copies for states: what each knows, and who calls whom.
+    states: str = ""
+    links: str = ""
 
     @property
     def is_news(self):
         return self.name != "AlreadyChained"
+
+    @property
+    def phrase(self):
+        """What follows on the name of a part."""
+        return f"for {self.text}" if self.name == STATES else f"as a {self.text}"
 
 
 @dataclass
@@ -54,7 +68,8 @@ class Row:
 
     def __getattr__(self, name):
         # Pictures and tables ask the row.
-        if name in ("rebuilt", "shape", "copies", "growth", "remedy"):
+        if name in ("rebuilt", "shape", "copies", "growth", "remedy",
+                    "states", "links"):
             return getattr(self.decision, name)
         raise AttributeError(name)
 
@@ -106,25 +121,30 @@ def decide(remark):
     if remark.kind not in ("Passed", "Missed"):
         return None
     rebuilt = remark.kind == "Passed"
-    # The plan stands behind the text, not in it, and so may the growth.
-    parts = [(key, value) for key, value in remark.arguments
-             if key not in ("Remedy", "Plan")]
+    parts = [(key, value) for key, value in remark.arguments if key != "Remedy"]
+    while rebuilt and parts and parts[-1][0] in RECORD_ONLY:
+        # They stand behind the text, not in it.
+        parts.pop()
     text = "".join(value for _, value in parts)
-    if rebuilt and parts and parts[-1][0] == "Growth":
-        text = "".join(value for _, value in parts[:-1])
-    text = text.partition(" rebuilt as a " if rebuilt else " not chained: ")[2]
+    begin = " rebuilt as a " if rebuilt else " not chained: "
+    shape = remark.argument("Shape")
+    if remark.name == STATES:
+        begin, shape = " rebuilt for ", "states"
+    text = text.partition(begin)[2]
     if not text:
         return None
     remedy = remark.argument("Remedy")
     return Decision(
         rebuilt,
         remark.name,
-        remark.argument("Shape") if rebuilt else "",
+        shape if rebuilt else "",
         remark.number("Copies") if rebuilt else 0,
         remark.number("Growth") if rebuilt else 0,
         text.removesuffix("; ") if remedy else text,
         remedy,
         remark.argument("Plan") if rebuilt else "none",
+        remark.argument("States"),
+        remark.argument("Links"),
     )
 
 
@@ -137,7 +157,11 @@ def decide_record(record):
             continue
         symbol = PROMOTED.sub("", remark.function)
         whole = REST.sub("", symbol)
-        if whole != symbol and decision.rebuilt:
+        state_of = decided.get(STATE.sub("", symbol)) if STATE.search(symbol) else None
+        if state_of and state_of[1].name == STATES and decision.rebuilt:
+            state_of[1].growth += decision.growth
+            state_of[1].text += f"; {symbol} {decision.phrase}"
+        elif whole != symbol and decision.rebuilt:
             rests[whole] = (remark, decision)
         elif decision.is_news or not (symbol in decided or COPY.search(symbol)):
             decided[symbol] = (remark, decision)
@@ -150,7 +174,8 @@ def decide_record(record):
         whole.rebuilt = True
         whole.copies = rest.copies
         whole.growth += rest.growth
-        whole.text += f"; the rest as a {rest.text}"
+        whole.states, whole.links = rest.states, rest.links
+        whole.text += f"; the rest {rest.phrase}"
     return decided
 
 
