@@ -286,6 +286,9 @@ void AutoRun::tell(const Candidate &C, const Trial &Tried,
   if (Decided.Kind != Plan::Nothing)
     Decided.Decision.Plan = describe(Decided, Tried).str();
   emitRemark(*C.F, Decided.Decision, /*IsPart=*/C.IsRest);
+  // As asked about the function that the user has written.
+  if (Decided.Kind != Plan::Nothing && C.Wanted->NoStates)
+    emitNoStates(*C.F, *C.Wanted->NoStates);
 }
 
 /// Builds what was \p Granted for \p F, which \p C is or has become.

@@ -32,8 +32,12 @@ std::optional<Plan> offerChain(const Facts &Known, const Bounds &Limits);
 /// cannot be built.
 std::optional<Plan> offerStates(const Facts &Known, const Bounds &Limits);
 
-/// Adds to \p Refusal why there are no copies for states although constants
-/// enter the function; nothing if none do.
+/// Why there are no copies for states although constants enter the function;
+/// none if none do.
+std::optional<Verdict> findReasonAgainstStates(const Facts &Known,
+                                               const Bounds &Limits);
+
+/// Adds that reason to \p Refusal, if there is one.
 void explainNoStates(const Facts &Known, const Bounds &Limits,
                      Verdict &Refusal);
 

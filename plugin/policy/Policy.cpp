@@ -84,10 +84,17 @@ Plan llvm::inlinerecursion::makePlan(const Facts &Known, const Bounds &Limits) {
     Refused.MayGoAway = InTheWay.MayGoAway;
     break;
   }
-  for (const Offer &Next : InOrder)
-    if (Open & Next.Bit)
-      if (std::optional<Plan> Offered = Next.Make(Known, Limits))
-        return std::move(*Offered);
+  bool AskedForStates = false;
+  for (const Offer &Next : InOrder) {
+    if (!(Open & Next.Bit))
+      continue;
+    if (std::optional<Plan> Offered = Next.Make(Known, Limits)) {
+      if (AskedForStates)
+        Offered->NoStates = findReasonAgainstStates(Known, Limits);
+      return std::move(*Offered);
+    }
+    AskedForStates |= Next.Bit == OfferStates;
+  }
   if (Open & OfferStates)
     explainNoStates(Known, Limits, Refused.Decision);
   return Refused;

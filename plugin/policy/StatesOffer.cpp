@@ -123,20 +123,29 @@ std::optional<Plan> llvm::inlinerecursion::offerStates(const Facts &Known,
   return Copies;
 }
 
-void llvm::inlinerecursion::explainNoStates(const Facts &Known,
-                                            const Bounds &Limits,
-                                            Verdict &Refusal) {
+std::optional<Verdict>
+llvm::inlinerecursion::findReasonAgainstStates(const Facts &Known,
+                                               const Bounds &Limits) {
   // Behind the inliner, and with no room at all, nothing has been looked for.
   if (!Limits.InlinerFollows || Limits.StateGrowth == 0)
-    return;
+    return std::nullopt;
   const StateSet &Found = *Known.getStates();
   if ((Found.empty() && !Found.Growing) ||
       isOneStateForAll(Known.getFunction(), Found))
-    return;
-  Verdict Why = refuse("");
+    return std::nullopt;
+  Verdict Why = refuse("NoStates");
   if (!isNotWorthIt(Known, Limits, Why))
+    return std::nullopt;
+  return Why;
+}
+
+void llvm::inlinerecursion::explainNoStates(const Facts &Known,
+                                            const Bounds &Limits,
+                                            Verdict &Refusal) {
+  std::optional<Verdict> Why = findReasonAgainstStates(Known, Limits);
+  if (!Why)
     return;
   Refusal << "; for constants, ";
-  for (Verdict::Argument &Piece : Why.Message)
+  for (Verdict::Argument &Piece : Why->Message)
     Refusal << std::move(Piece);
 }

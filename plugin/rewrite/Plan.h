@@ -55,6 +55,9 @@ struct Plan {
   bool MayGoAway = false;
   /// The decision in words.
   Verdict Decision;
+  /// Why it is no copies for states, which go before others, although constants
+  /// enter the function; none if none do.
+  std::optional<Verdict> NoStates;
 
   /// Nothing, for the reason in \p Refusal.
   explicit Plan(Verdict Refusal) : Decision(std::move(Refusal)) {}

@@ -73,6 +73,13 @@ void llvm::inlinerecursion::emitRefusalAnalysis(Function &F, const Verdict &V) {
   ORE.emit(Remark);
 }
 
+void llvm::inlinerecursion::emitNoStates(Function &F, const Verdict &Why) {
+  OptimizationRemarkEmitter ORE(&F);
+  auto Remark = buildRemark<OptimizationRemarkAnalysis>(
+      F, Why, "has no copies for constants: ");
+  ORE.emit(Remark);
+}
+
 /// Warns that \p Wanted of \p F are not built, for the reason in \p Why.
 static void warn(Function &F, const Twine &Wanted, StringRef Verb,
                  const Verdict &Why) {

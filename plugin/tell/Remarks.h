@@ -4,8 +4,9 @@
 /// One remark for every directly recursive function, under the pass name
 /// "inlinerecursion": what -Rpass (accepted) and -Rpass-missed (refused) show,
 /// and what optimisation records contain.  -Rpass-analysis adds the counts of
-/// those that were costed, and why the pass itself refused what the automatic
-/// policy decided about in the end.
+/// those that were costed, why the pass itself refused what the automatic
+/// policy decided about in the end, and why that built something else than
+/// copies for states where constants enter a function.
 ///
 /// Where the user can do something about a refusal, the remark ends with it.
 /// What a record holds beside the text: the growth, where the text does not say
@@ -32,6 +33,9 @@ void emitAnalysis(InlineRecursion::InlineRecursionCosting &Costing);
 
 /// Tells why the pass refused \p F, where that is not the last word about it.
 void emitRefusalAnalysis(Function &F, const Verdict &V);
+
+/// Tells why \p F got no copies for states, but those that were told about.
+void emitNoStates(Function &F, const Verdict &Why);
 
 /// Warns that the ring that the source of \p F asks for is not built, for the
 /// reason in \p Why; does nothing if no source has asked.  A warning, as LLVM
