@@ -5,14 +5,20 @@
 #include "DirectCalls.h"
 #include "InliningPlan.h"
 #include "Names.h"
+#include "RecursionDepthEstimator.h"
 #include "Specializations.h"
 #include "llvm/ADT/DenseMap.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/ADT/SetVector.h"
 #include "llvm/ADT/SmallString.h"
+#include "llvm/Analysis/AssumptionCache.h"
+#include "llvm/Analysis/LoopInfo.h"
+#include "llvm/Analysis/ScalarEvolution.h"
+#include "llvm/Analysis/TargetLibraryInfo.h"
 #include "llvm/IR/Attributes.h"
 #include "llvm/IR/Constants.h"
 #include "llvm/IR/DebugInfoMetadata.h"
+#include "llvm/IR/Dominators.h"
 #include "llvm/IR/InstIterator.h"
 #include "llvm/IR/Instructions.h"
 #include "llvm/IR/Module.h"
@@ -45,6 +51,11 @@ static cl::opt<unsigned> MaxInlinedSize(
     "inline-recursion-specialized-inline-size", cl::init(300), cl::Hidden,
     cl::desc("Largest size, with what is inlined into it, of a specialised "
              "clone that is itself inlined into its callers (instructions)"));
+
+/// The same where a loop of constant trip count stands around a call.  What is
+/// inlined there is repeated by every trip when the compiler unrolls the loop,
+/// and that of each further copy in it as often again.
+static constexpr unsigned MaxUnrollableSize = 100;
 
 /// Copies that call each other in a circle.
 using Ring = SetVector<Function *>;
@@ -146,6 +157,9 @@ private:
   /// Makes the copy for \p Tuple, if the budgets allow it.
   bool specialize(const ArgumentTuple &Tuple);
 
+  /// How large a copy may be that is inlined into its callers.
+  unsigned getSizeLimit() const;
+
   /// The copies of the ring; all of them compute the same.
   const Ring Members;
   /// The copy that all specialisations are made of.
@@ -196,6 +210,37 @@ bool RingSpecializer::specialize(const ArgumentTuple &Tuple) {
   return true;
 }
 
+/// Does \p F make one of \p Calls in a loop of so few trips, and a known number
+/// of them, that the compiler unrolls it as long as it is small?
+static bool hasShortLoopAround(Function &F, ArrayRef<CallInst *> Calls) {
+  DominatorTree DT(F);
+  LoopInfo LI(DT);
+  if (none_of(Calls, [&LI](const CallInst *Call) {
+        return LI.getLoopFor(Call->getParent());
+      }))
+    return false;
+  const TargetLibraryInfoImpl Library(Triple(F.getParent()->getTargetTriple()));
+  TargetLibraryInfo TLI(Library, &F);
+  AssumptionCache AC(F);
+  ScalarEvolution SE(F, TLI, AC, DT, LI);
+  return any_of(Calls, [&](const CallInst *Call) {
+    const Loop *L = LI.getLoopFor(Call->getParent());
+    const unsigned Trips = L ? SE.getSmallConstantTripCount(L) : 0;
+    return Trips > 1 && Trips <= RecursionDepthEstimator::MaxUnrolledTrips;
+  });
+}
+
+unsigned RingSpecializer::getSizeLimit() const {
+  const SmallPtrSet<const Function *, 16> Copies(Made.getCopies().begin(),
+                                                 Made.getCopies().end());
+  auto IsCopy = [&Copies](const Function &F) { return Copies.contains(&F); };
+  if (any_of(Made.getCopies(), [&IsCopy](Function *Copy) {
+        return hasShortLoopAround(*Copy, findCallsIn(*Copy, IsCopy));
+      }))
+    return std::min(MaxUnrollableSize, MaxInlinedSize.getValue());
+  return MaxInlinedSize;
+}
+
 bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
   if (!isSpecializable(*Pattern))
     return false;
@@ -218,7 +263,7 @@ bool RingSpecializer::run(const SetVector<CallInst *> &Calls) {
     }
   }
   // Callees are made after their callers, but for those that close a cycle.
-  planInlining(Made.getCopies(), MaxInlinedSize, SizeLeft);
+  planInlining(Made.getCopies(), getSizeLimit(), SizeLeft);
   return Made.anyRedirected();
 }
 
