@@ -76,6 +76,10 @@ constexpr StringLiteral ProfileToldMark = "inlinerecursion-profile-told";
 /// On loops around calls from copy to copy, as metadata.  Stays.
 constexpr StringLiteral ChainLoopMark = "llvm.loop.inlinerecursion.chain";
 
+/// On modules, as named metadata without operands: plans are obeyed or written,
+/// or stand in the source.  Until they are.
+constexpr StringLiteral PlansMark = "inlinerecursion.plans";
+
 /// The decisions about the functions of a module, as named metadata, while they
 /// are collected for the summary.  Only where remarks are wanted; until the
 /// summary is told.

@@ -79,6 +79,8 @@ void llvm::inlinerecursion::removeProtection(Module &M) {
 }
 
 void llvm::inlinerecursion::releasePlanned(Module &M) {
+  if (!hasPlans(M))
+    return;
   for (Function &F : M)
     if (F.getFnAttribute(ProtectedMark).getValueAsString() == Planned.Name &&
         getPlan(F)) {

@@ -149,6 +149,7 @@ PreservedAnalyses PlansPass::run(Module &M, ModuleAnalysisManager &) {
   const PlanBook *Book = PlanBook::get();
   if (!Book && !isPlanWritten())
     return PreservedAnalyses::all();
+  beginPlans(M);
   for (Function &F : M)
     if (!F.isDeclaration())
       F.addFnAttr(BodyMark, hashBody(F));

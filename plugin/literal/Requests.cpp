@@ -100,10 +100,10 @@ static void markPlan(Function &F, const Constant *Values) {
                              : nullptr;
   Expected<PlanSpec> Plan =
       PlanSpec::parse(Text ? getAnnotationText(Text) : StringRef());
-  if (Plan)
-    setPlan(F, *Plan, /*Origin=*/"", /*IsLate=*/false);
-  else
-    warnAboutMalformedPlan(F, toString(Plan.takeError()));
+  if (!Plan)
+    return warnAboutMalformedPlan(F, toString(Plan.takeError()));
+  beginPlans(*F.getParent());
+  setPlan(F, *Plan, /*Origin=*/"", /*IsLate=*/false);
 }
 
 /// Follows the annotations that clang records, { value, text, file, line, ... }
@@ -174,8 +174,8 @@ static void markAcceptable(Module &M, FunctionAnalysisManager &FAM) {
   Driver Gate(FAM, /*Level=*/0, getPassOption(LongestRingOption));
   for (Function &F : M) {
     if (!Gate.isLegalToInlineRecursion(&F) || F.hasFnAttribute(Request) ||
-        F.hasFnAttribute(CopiesMark) || isPlanned(F) ||
-        !isDirectlyRecursive(F) || findWish(F))
+        F.hasFnAttribute(CopiesMark) || !isDirectlyRecursive(F) ||
+        isPlanned(F) || findWish(F))
       continue;
     if (isCalledInShortLoop(F, FAM) ||
         (findSelfCalls(F).size() > 1 && !profitsAsTree(F, FAM)))
@@ -263,11 +263,12 @@ static void refuseAllCopies(Module &M) {
 PreservedAnalyses RequestsPass::run(Module &M, ModuleAnalysisManager &MAM) {
   auto &FAM = MAM.getResult<FunctionAnalysisManagerModuleProxy>(M).getManager();
   markAnnotated(M);
-  if (!GrantsCopies) {
+  if (!GrantsCopies && hasPlans(M))
     refuseAllPlans(M);
+  if (!GrantsCopies)
     refuseAllCopies(M);
-  }
-  dropPlannedRequests(M);
+  if (hasPlans(M))
+    dropPlannedRequests(M);
   if (FindRequests)
     markAcceptable(M, FAM);
   withdrawRequests(M, FAM);

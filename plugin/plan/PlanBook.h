@@ -8,8 +8,8 @@
 /// Names are those of the linker or demangled.  Functions of the same name are
 /// told apart by their files, of which paths need not agree from the root: of
 /// several entries that one counts whose path is the module's, or has most
-/// components in common with it at its end.  So a plan that was written on one machine
-/// holds on another.
+/// components in common with it at its end.  So a plan that was written on one
+/// machine holds on another.
 ///
 //===----------------------------------------------------------------------===//
 
@@ -48,8 +48,8 @@ private:
   StringMap<SmallVector<const PlanEntry *, 1>> ByName;
 };
 
-/// How many components the paths \p A and \p B have in common at their ends, and
-/// one more if they are the same.
+/// How many components the paths \p A and \p B have in common at their ends,
+/// and one more if they are the same.
 unsigned countCommonComponents(StringRef A, StringRef B);
 
 /// The source file that \p M is of, as it stands in plan files; empty where the

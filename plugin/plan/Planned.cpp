@@ -37,6 +37,10 @@ bool llvm::inlinerecursion::isPlannedLate(const Function &F) {
   return F.hasFnAttribute(LatePlanMark);
 }
 
+void llvm::inlinerecursion::beginPlans(Module &M) {
+  M.getOrInsertNamedMetadata(PlansMark);
+}
+
 void llvm::inlinerecursion::setPlan(Function &F, const PlanSpec &Spec,
                                     StringRef Origin, bool IsLate) {
   F.addFnAttr(IsLate ? LatePlanMark : PlanMark,
@@ -46,6 +50,8 @@ void llvm::inlinerecursion::setPlan(Function &F, const PlanSpec &Spec,
 void llvm::inlinerecursion::dropPlan(Function &F) { F.removeFnAttr(PlanMark); }
 
 void llvm::inlinerecursion::beginLateLook(Module &M) {
+  if (!hasPlans(M))
+    return;
   for (Function &F : M) {
     F.removeFnAttr(PlanMark);
     if (!isPlannedLate(F))
@@ -82,7 +88,15 @@ StringRef llvm::inlinerecursion::getBodyHash(const Function &F) {
   return F.getFnAttribute(BodyMark).getValueAsString();
 }
 
-void llvm::inlinerecursion::forgetPlans(Module &M) {
+bool llvm::inlinerecursion::hasPlans(const Module &M) {
+  return M.getNamedMetadata(PlansMark);
+}
+
+void llvm::inlinerecursion::endPlans(Module &M) {
+  NamedMDNode *Mark = M.getNamedMetadata(PlansMark);
+  if (!Mark)
+    return;
+  M.eraseNamedMetadata(Mark);
   for (Function &F : M)
     for (StringRef Mark : {PlanMark, LatePlanMark, BodyMark})
       F.removeFnAttr(Mark);

@@ -34,6 +34,9 @@ bool isPlanned(const Function &F);
 /// Is there a plan for \p F behind the inliner?
 bool isPlannedLate(const Function &F);
 
+/// From now on, functions of \p M may have plans, and hashes of their bodies.
+void beginPlans(Module &M);
+
 /// Gives \p F the plan \p Spec, which stands at \p Origin, for the look in
 /// front of the inliner or, if \p IsLate, behind it.
 void setPlan(Function &F, const PlanSpec &Spec, StringRef Origin, bool IsLate);
@@ -58,8 +61,11 @@ Place getPlace(const Module &M, bool IsLate);
 /// are obeyed or written.
 StringRef getBodyHash(const Function &F);
 
+/// May functions of \p M have plans?
+bool hasPlans(const Module &M);
+
 /// Takes all that has to do with plans off the functions of \p M.
-void forgetPlans(Module &M);
+void endPlans(Module &M);
 
 } // namespace inlinerecursion
 } // namespace llvm

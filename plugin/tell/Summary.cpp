@@ -53,7 +53,7 @@ PreservedAnalyses SummaryPass::run(Module &M, ModuleAnalysisManager &) {
   tellSummary(M, Decided);
   writePlan(M, Decided);
   endDecisions(M);
-  forgetPlans(M);
+  endPlans(M);
   // No analysis rests on the metadata and the marks.
   return PreservedAnalyses::all();
 }
