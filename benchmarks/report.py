@@ -512,6 +512,23 @@ def dump(results):
     return compact(results) + "\n"
 
 
+def keep_others(part, before, kernels):
+    """Puts the rows of `before` whose kernels are not in `kernels` into `part`."""
+    if not before:
+        return
+    if part["columns"] != before["columns"]:
+        raise BenchError("--keep needs the columns that the report has: "
+                         + ", ".join(before["columns"]))
+    measured = {kernel.name for kernel in kernels}
+    kept = [row for row in before["rows"] if row["kernel"] not in measured]
+    part["rows"] = sorted(kept + part["rows"],
+                          key=lambda row: CLASSES.index(row["class"]))
+    facts = before["about"]["facts"]
+    then = [f"{len(kept)} rows of {facts['date']}", facts.get("plugin", "no plugin")]
+    part["about"]["facts"]["kept"] = "; ".join(
+        [", ".join(then), *filter(None, [facts.get("kept")])])
+
+
 def write(results, directory):
     """Writes results.json, report.md, report.html and the plots."""
     directory.mkdir(parents=True, exist_ok=True)

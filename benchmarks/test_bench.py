@@ -398,6 +398,20 @@ class Report(unittest.TestCase):
                                                   encoding="utf-8")
             self.assertEqual(report.load(Path(name)), RESULTS)
 
+    def test_rows_of_other_kernels_are_kept(self):
+        kernels = [SimpleNamespace(name="b")]
+        before = {"columns": ["clang"], "rows": [row("a"), row("b")],
+                  "about": {"facts": {"date": "then", "plugin": "p, 1"}}}
+        part = {"columns": ["clang"], "rows": [row("b", value="2")],
+                "about": {"facts": {}}}
+        report.keep_others(part, before, kernels)
+        self.assertEqual([(r["kernel"], r["input"]) for r in part["rows"]],
+                         [("a", "1"), ("b", "2")])
+        self.assertEqual(part["about"]["facts"]["kept"], "1 rows of then, p, 1")
+        report.keep_others(part, None, kernels)
+        with self.assertRaisesRegex(builds.BenchError, "needs the columns"):
+            report.keep_others({"columns": ["gcc"]}, before, kernels)
+
     def test_page(self):
         page = "\n".join(["before", report.PAGE_MARK.format("verdicts"), "old",
                           report.PAGE_END, "after",
