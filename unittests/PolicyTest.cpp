@@ -36,11 +36,11 @@ public:
   std::string name() const { return What.Decision.Name.str(); }
 };
 
-/// Does a ring of two copies without a guard leave equal calls to be merged?
+/// Does a ring of few copies leave equal calls to be merged?
 bool merges(const std::string &Assembly) {
   const Asked A(Assembly);
-  const bool Merges = A.What.Kind == Plan::Ring && A.What.Copies == 2 &&
-                      !A.What.Guard && !A.What.Staggered;
+  const bool Merges =
+      A.What.Kind == Plan::Ring && A.What.Copies <= 3 && !A.What.Staggered;
   // The policy leaves what merges as it is.
   EXPECT_FALSE(Merges && A.LoopsFirst);
   return Merges;
@@ -137,6 +137,33 @@ TEST(EqualCallsTest, StepsByConstantsMerge) {
   EXPECT_TRUE(
       merges(binary(step("a", -1, 0) + "  %l = call i32 @pure(i32 %n)\n" +
                     step("b", -2, 0) + Difference)));
+}
+
+/// f(n-2) is called by f(n) and by f(n-1): it is not to stand behind a test.
+TEST(EqualCallsTest, ACallThatIsMadeAnyhowHasNoTestInFront) {
+  for (const std::string &Body :
+       {step("a", -1, 0) + step("b", -2, 0) + Difference,
+        step("a", -2, -4) + step("b", -1, -2) + Difference,
+        step("a", -1, 0) + step("b", -1, -1) + step("c", -2, -1) +
+            Difference}) {
+    const Asked A(binary(Body));
+    EXPECT_EQ(A.What.Copies, 2u) << Body;
+    EXPECT_FALSE(A.What.Guard) << Body;
+  }
+}
+
+/// f(n-2, k-1) is called by f(n-1, k) and by f(n-1, k-1).
+TEST(EqualCallsTest, CallsOfOneLevelStandBehindTestsAnyhow) {
+  for (const std::string &Body :
+       {step("a", -1, 0) + step("b", -1, -1) + Difference,
+        step("a", -3, 0) + step("b", -1, 0) + Difference,
+        step("a", -1, -1) + step("b", -1, -2) + Difference}) {
+    const Asked A(binary(Body));
+    EXPECT_EQ(A.What.Kind, Plan::Ring) << Body;
+    EXPECT_EQ(A.What.Copies, 3u) << Body;
+    EXPECT_TRUE(A.What.Guard) << Body;
+    EXPECT_FALSE(A.What.Staggered) << Body;
+  }
 }
 
 TEST(EqualCallsTest, GrowthIsThatOfTwoBodies) {

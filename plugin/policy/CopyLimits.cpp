@@ -104,7 +104,9 @@ static unsigned limitByLoops(const Facts &Known) {
 /// Most copies with which a ring pays.
 static unsigned limitCopies(const Facts &Known) {
   if (Known.mergesCalls())
-    return MaxCopiesToMerge;
+    return Known.mergesWithinLevels() && Known.getGuard()
+               ? MaxCopiesToMergeWithinLevels
+               : MaxCopiesToMerge;
   unsigned Limit = limitByLoops(Known);
   if (Known.isPath())
     Limit = std::min(Limit, Known.anyInLoop() ? MaxCopiesOfPathWithLoop
@@ -118,11 +120,15 @@ static unsigned limitCopies(const Facts &Known) {
 
 RingStyle llvm::inlinerecursion::chooseRingStyle(const Facts &Known) {
   const PlanSpec *Plan = Known.getPlan();
-  const auto IsWanted = [&](std::optional<bool> PlanSpec::*Flag) {
-    return Plan && Plan->*Flag ? *(Plan->*Flag) : !Known.mergesCalls();
+  const auto IsWanted = [&](std::optional<bool> PlanSpec::*Flag, bool Pays) {
+    return Plan && Plan->*Flag ? *(Plan->*Flag) : Pays;
   };
-  return {IsWanted(&PlanSpec::Guard) ? Known.getGuard() : nullptr,
-          IsWanted(&PlanSpec::Staggered)};
+  // A call that is made anyhow, if a deeper one is equal to it, is not to stand
+  // behind a test.  Equal calls of one level stand behind tests all the same.
+  const bool HasGuard = IsWanted(
+      &PlanSpec::Guard, !Known.mergesCalls() || Known.mergesWithinLevels());
+  return {HasGuard ? Known.getGuard() : nullptr,
+          IsWanted(&PlanSpec::Staggered, !Known.mergesCalls())};
 }
 
 std::optional<unsigned>

@@ -50,6 +50,13 @@ bool Facts::mergesCalls() const {
                   [this] { return hasEqualCalls(F, SelfCalls, FAM); });
 }
 
+bool Facts::mergesWithinLevels() const {
+  return findOnce(MergesWithinLevels, [this] {
+    return mergesCalls() &&
+           !hasEqualCallsAcrossLevels(F, SelfCalls, getEvolution());
+  });
+}
+
 const OtherCalls &Facts::getOtherCalls() const {
   return findOnce(Other, [this] { return findOtherCalls(F, InlinerFollows); });
 }

@@ -63,6 +63,9 @@ public:
   /// Would equal calls of two copies merge (EqualCalls.h)?
   bool mergesCalls() const;
 
+  /// Would they, and only with calls that stand as deep as they do?
+  bool mergesWithinLevels() const;
+
   const OtherCalls &getOtherCalls() const;
 
   /// The test that ends the recursion, if it is small enough to be made in
@@ -109,6 +112,7 @@ private:
   // Not known yet where they are empty.
   mutable std::optional<uint64_t> FrameSize;
   mutable std::optional<bool> MergesCalls;
+  mutable std::optional<bool> MergesWithinLevels;
   mutable std::optional<OtherCalls> Other;
   mutable std::optional<std::optional<EntryGuard>> Guard;
   mutable std::optional<RecursionDepthEstimator> Estimator;

@@ -27,9 +27,10 @@ std::optional<Plan> llvm::inlinerecursion::offerRing(const Facts &Known,
   Ring.Decision << NV("Shape", getShapeName(Ring.Kind)) << " of "
                 << NV("Copies", Ring.Copies)
                 << " copies by the automatic policy, "
-                << (Ring.Guard ? "with its first test in front of calls, "
-                    : Known.mergesCalls() ? "so that equal calls merge, "
-                                          : "")
+                << (Known.mergesCalls() && !Ring.Staggered
+                        ? "so that equal calls merge, "
+                        : "")
+                << (Ring.Guard ? "with its first test in front of calls, " : "")
                 << "growing by about " << NV("Growth", Ring.Growth)
                 << " instructions";
   return Ring;

@@ -65,6 +65,10 @@ constexpr unsigned MaxCopiesOfFewCalls = 5;
 /// them.  Kernel: fib.
 constexpr unsigned MaxCopiesToMerge = 2;
 
+/// The same where equal calls stand as deep as each other.  Of the eight calls
+/// that close such a ring four differ.  Kernels: depth_unknown; triangle.
+constexpr unsigned MaxCopiesToMergeWithinLevels = 3;
+
 /// Most copies of a path, where no activation makes more than one of several
 /// calls: of all that copies are multiplied by, only that path is run.  Kernel:
 /// listmerge.

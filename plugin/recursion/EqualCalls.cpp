@@ -79,3 +79,23 @@ bool llvm::inlinerecursion::hasEqualCalls(Function &F,
   }
   return true;
 }
+
+bool llvm::inlinerecursion::hasEqualCallsAcrossLevels(
+    Function &F, ArrayRef<CallBase *> Calls, ScalarEvolution &SE) {
+  SmallVector<SmallVector<const SCEVConstant *, 4>, 4> Steps;
+  for (const CallBase *Call : Calls)
+    Steps.push_back(findSteps(*Call, F, SE));
+  auto IsSum = [&](const auto &First, const auto &Second, const auto &Both) {
+    return all_of(zip(First, Second, Both), [](auto Triple) {
+      const auto [A, B, C] = Triple;
+      return A->getAPInt() + B->getAPInt() == C->getAPInt();
+    });
+  };
+  return any_of(Steps, [&](const auto &Both) {
+    return any_of(Steps, [&](const auto &First) {
+      return any_of(Steps, [&](const auto &Second) {
+        return IsSum(First, Second, Both);
+      });
+    });
+  });
+}

@@ -17,6 +17,7 @@
 namespace llvm {
 
 class CallBase;
+class ScalarEvolution;
 
 namespace inlinerecursion {
 
@@ -29,6 +30,14 @@ namespace inlinerecursion {
 /// and in the same direction.
 bool hasEqualCalls(Function &F, ArrayRef<CallBase *> Calls,
                    FunctionAnalysisManager &FAM);
+
+/// Is one of \p Calls, the self calls of \p F, equal to one that another one
+/// leads to, as f(n-2) is to what f(n-1) calls?  It is made anyhow then,
+/// whether the other one ends the recursion or not.  Otherwise equal calls
+/// stand as deep as each other, as those of a triangle do, f(r+1, c) and f(r+1,
+/// c+1). \p Calls are equal somewhere.
+bool hasEqualCallsAcrossLevels(Function &F, ArrayRef<CallBase *> Calls,
+                               ScalarEvolution &SE);
 
 } // namespace inlinerecursion
 } // namespace llvm
