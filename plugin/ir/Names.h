@@ -58,6 +58,10 @@ constexpr StringLiteral OriginMark = "inlinerecursion-origin";
 /// A copy in a ring whose inlining is planned.  Stays.
 constexpr StringLiteral PlannedMark = "inlinerecursion-planned";
 
+/// The copy that others are merged into, in a ring that was built to merge
+/// equal calls (loops/MergedCalls.h).  Stays.
+constexpr StringLiteral MergesMark = "inlinerecursion-merges";
+
 /// A copy for one state of its arguments (rewrite/StateCopies.h).  Stays.
 constexpr StringLiteral StateMark = "inlinerecursion-state";
 
@@ -143,6 +147,7 @@ constexpr StringLiteral DiscardedProfilesName =
 constexpr StringLiteral EarlySumsName = "inlinerecursion-early-sums";
 constexpr StringLiteral LoopHintsName = "inlinerecursion-loop-hints";
 constexpr StringLiteral LTOMarkerName = "inlinerecursion-lto-marker";
+constexpr StringLiteral MergedCallsName = "inlinerecursion-merged-calls";
 constexpr StringLiteral PipelineName = "inlinerecursion-pipeline";
 constexpr StringLiteral PlansName = "inlinerecursion-plans";
 constexpr StringLiteral PrinterName = "print<inlinerecursion>";

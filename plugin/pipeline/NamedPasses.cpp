@@ -16,6 +16,7 @@
 #include "plugin/literal/RingInlining.h"
 #include "plugin/loops/EarlySums.h"
 #include "plugin/loops/LoopHints.h"
+#include "plugin/loops/MergedCalls.h"
 #include "plugin/pipeline/Parameters.h"
 #include "plugin/pipeline/Pipeline.h"
 #include "plugin/tell/Summary.h"
@@ -97,6 +98,8 @@ static const NamedPass<FunctionPassManager> FunctionPasses[] = {
     {CutRecurrencesName, CutRecurrencesPass::name(), NoParameters,
      add<CutRecurrencesPass>},
     {EarlySumsName, EarlySumsPass::name(), NoParameters, add<EarlySumsPass>},
+    {MergedCallsName, MergedCallsPass::name(), NoParameters,
+     add<MergedCallsPass>},
 };
 
 static const NamedPass<LoopPassManager> LoopPasses[] = {

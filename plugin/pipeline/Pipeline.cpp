@@ -14,6 +14,7 @@
 #include "plugin/literal/RingInlining.h"
 #include "plugin/loops/EarlySums.h"
 #include "plugin/loops/LoopHints.h"
+#include "plugin/loops/MergedCalls.h"
 #include "plugin/pipeline/Parameters.h"
 #include "plugin/tell/Summary.h"
 #include "llvm/Passes/OptimizationLevel.h"
@@ -75,6 +76,7 @@ void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
         MPM.addPass(DiscardedProfilesPass());
         if (Parameters.Auto)
           MPM.addPass(BehindInlinerPass(Parameters.Limits, Level));
+        MPM.addPass(createModuleToFunctionPassAdaptor(MergedCallsPass()));
         MPM.addPass(SummaryPass());
       });
   PB.registerLateLoopOptimizationsEPCallback(
@@ -90,6 +92,11 @@ void llvm::inlinerecursion::registerExtensionPoints(PassBuilder &PB) {
         FPM.addPass(EarlySumsPass());
         MPM.addPass(createModuleToFunctionPassAdaptor(std::move(FPM)));
         MPM.addPass(LTOMarkerPass());
+      });
+  PB.registerFullLinkTimeOptimizationLastEPCallback(
+      [](ModulePassManager &MPM, OptimizationLevel Level) {
+        if (Level != OptimizationLevel::O0)
+          MPM.addPass(createModuleToFunctionPassAdaptor(MergedCallsPass()));
       });
   // Full LTO has an inliner of its own, over calls between files.
   PB.registerFullLinkTimeOptimizationEarlyEPCallback(

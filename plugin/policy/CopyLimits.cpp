@@ -104,9 +104,7 @@ static unsigned limitByLoops(const Facts &Known) {
 /// Most copies with which a ring pays.
 static unsigned limitCopies(const Facts &Known) {
   if (Known.mergesCalls())
-    return Known.mergesWithinLevels() && Known.getGuard()
-               ? MaxCopiesToMergeWithinLevels
-               : MaxCopiesToMerge;
+    return MaxCopiesToMerge;
   unsigned Limit = limitByLoops(Known);
   if (Known.isPath())
     Limit = std::min(Limit, Known.anyInLoop() ? MaxCopiesOfPathWithLoop

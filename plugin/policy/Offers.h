@@ -60,9 +60,10 @@ std::optional<Plan> offerLeavesAlone(const Facts &Known, const Bounds &Limits);
 ///    unlucky as every fourth height of the towers of Hanoi is with four copies
 ///    linked one after another.
 ///  - Equal calls merge: where nothing is written, and the arguments step by
-///    constants, f(n-1) and f(n-2) share f(n-3).  Two copies without a guard,
-///    so that the calls are unconditional where it matters, leave that to
-///    common subexpression elimination.
+///    constants, f(n-1) and f(n-2) share f(n-3).  No call skips a copy then, so
+///    that those that are equal are as deep as each other
+///    (loops/MergedCalls.h).  A call that is equal to one above it, as f(n-2)
+///    is, is made anyhow, and no guard stands in front of it.
 ///
 /// The body is multiplied by the self calls with every copy, so the number of
 /// copies is what the bound on growth leaves room for.  Where that is less than

@@ -20,6 +20,7 @@ std::optional<Plan> llvm::inlinerecursion::offerRing(const Facts &Known,
   Ring.Growth = Fit.Growth;
   const RingStyle Style = chooseRingStyle(Known);
   Ring.Staggered = Style.Staggered;
+  Ring.MergesCalls = !Style.Staggered && Known.mergesCalls();
   if (Style.Guard) {
     Ring.Guard = *Style.Guard;
     Ring.KeepsHoistableCalls = onlyReads(Known.getFunction());

@@ -61,13 +61,11 @@ constexpr unsigned MinStatesSaved = 10;
 /// five, and with two calls they are twelve bodies.  Kernel: bintree.
 constexpr unsigned MaxCopiesOfFewCalls = 5;
 
-/// Most copies where equal calls merge.  In a third one, tests stand between
-/// them.  Kernel: fib.
-constexpr unsigned MaxCopiesToMerge = 2;
-
-/// The same where equal calls stand as deep as each other.  Of the eight calls
-/// that close such a ring four differ.  Kernels: depth_unknown; triangle.
-constexpr unsigned MaxCopiesToMergeWithinLevels = 3;
+/// Most copies where equal calls merge.  Of the sixteen calls that close such a
+/// ring of two self calls, five differ where they are as deep as each other; a
+/// fifth copy doubles the bodies that they are found in.  Kernels: fib,
+/// triangle, depth_unknown.
+constexpr unsigned MaxCopiesToMerge = 4;
 
 /// Most copies of a path, where no activation makes more than one of several
 /// calls: of all that copies are multiplied by, only that path is run.  Kernel:

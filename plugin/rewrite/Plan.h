@@ -47,6 +47,8 @@ struct Plan {
   bool KeepsHoistableCalls = false;
   /// The second and later self calls of a body lead to the copy after the next.
   bool Staggered = false;
+  /// Equal calls in a ring are to become one.
+  bool MergesCalls = false;
   /// What it adds to the module, once all copies are inlined that are to be
   /// (instructions).
   unsigned Growth = 0;

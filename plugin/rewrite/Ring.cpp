@@ -2,6 +2,7 @@
 
 #include "plugin/rewrite/Ring.h"
 #include "plugin/ir/Driver.h"
+#include "plugin/ir/Names.h"
 #include "plugin/recursion/HoistableCalls.h"
 #include "plugin/recursion/SelfCalls.h"
 #include "plugin/rewrite/Copies.h"
@@ -36,6 +37,8 @@ void llvm::inlinerecursion::buildRing(
     linkCopy(F, Copies, K, Ring.Staggered, Entry);
 
   keepFunction(Head);
+  if (Ring.MergesCalls)
+    Head.addFnAttr(MergesMark);
   for (Function *Copy : drop_begin(Copies))
     mergeIntoCallers(*Copy);
   if (!Ring.Guard) {
