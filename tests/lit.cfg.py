@@ -75,6 +75,10 @@ config.substitutions += [
 config.substitutions.append(
     ("%report", f"{python} "
      + os.path.join(config.test_source_root, "..", "scripts", "inlinerecursion-report")))
+# What plan files say, and what is wrong with them.
+config.substitutions.append(
+    ("%plan_tool", f"{python} "
+     + os.path.join(config.test_source_root, "..", "scripts", "inlinerecursion-plan")))
 # The commands of a document, run and compared.
 config.substitutions.append(
     ("%documented",

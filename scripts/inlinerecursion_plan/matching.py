@@ -1,0 +1,127 @@
+"""Does a plan fit what a build has written that obeyed it?
+
+Finds functions as the plugin does (plugin/plan/PlanBook.h, plugin/literal/Plans.h), but
+among those that the build has decided about: what it wrote has all recursive functions.
+"""
+
+from collections import defaultdict
+
+from inlinerecursion_plan.names import find_names
+
+
+def split_path(path):
+    """The components, the last one first."""
+    return [part for part in path.split("/") if part][::-1]
+
+
+def count_common(one, other):
+    count = 0
+    for a, b in zip(split_path(one), split_path(other)):
+        if a != b:
+            break
+        count += 1
+    return count
+
+
+def is_same_file(entry, written):
+    return (not entry.file or not written.file
+            or count_common(entry.file, written.file) > 0)
+
+
+class Matching:
+    def __init__(self, entries, written):
+        self.entries = entries
+        self.written = written
+        self.by_name = defaultdict(list)
+        for entry in entries:
+            self.by_name[entry.name].append(entry)
+        self.names = find_names([function.name for function in written])
+        # For each entry what it is meant for, and what is wrong with it.
+        self.meant = defaultdict(list)
+        self.complaints = defaultdict(list)
+
+    def complain(self, entry, message):
+        said = f"{entry.origin}: the plan for '{entry.name}' {message}"
+        if said not in self.complaints[entry.origin]:
+            self.complaints[entry.origin].append(said)
+
+    def refuse(self, entry, message):
+        self.complain(entry, f"does not count: {message}")
+
+    def find(self, function):
+        """The entries for a function that was written; several if they cannot be told
+        apart."""
+        best, most = [], 0
+        for name in sorted(self.names[function.name]):
+            for entry in self.by_name[name]:
+                if entry.where != function.where or not is_same_file(entry, function):
+                    continue
+                common = count_common(entry.file, function.file)
+                if common > most:
+                    best, most = [], common
+                if common == most:
+                    best.append(entry)
+        return best
+
+    def match(self, function):
+        found = self.find(function)
+        for entry in found:
+            self.meant[entry.origin].append(function)
+            if entry.plan != found[0].plan:
+                self.refuse(entry, f"so is that of {found[0].origin}, and the two differ;"
+                                   " remove one of them")
+
+    def explain_missing(self, entry):
+        places, files = set(), set()
+        for function in self.written:
+            if is_same_file(entry, function):
+                files.add(function.file)
+                if entry.name in self.names[function.name]:
+                    places.add(function.where)
+        if places:
+            self.refuse(entry, f"it is 'where: {entry.where}', and the build decided about"
+                               f" the function at {', '.join(sorted(places))}; correct it,"
+                               " or write the plan anew")
+        elif files and entry.file:
+            self.refuse(entry, f"there is no such recursive function in '{entry.file}';"
+                               " remove it, or write the plan anew")
+        else:
+            self.refuse(entry, "the build has decided about no such function"
+                               + (f", and about none of '{entry.file}'" if entry.file
+                                  else "")
+                               + "; remove it, or write the plan anew")
+
+    def compare(self, entry):
+        functions = self.meant[entry.origin]
+        for file in {function.file for function in functions}:
+            symbols = {function.name for function in functions if function.file == file}
+            if len(symbols) > 1:
+                self.refuse(entry, f"{len(symbols)} functions have that name; write it"
+                                   " with its parameters, or as the linker knows it")
+                return
+        for function in functions:
+            if entry.body and function.body and entry.body != function.body:
+                self.refuse(entry, "it was made for another body of the function; write"
+                                   " the plan anew, or remove its 'body:'")
+            elif not entry.plan.is_followed_by(function.plan):
+                why = f" ({function.reason})" if function.reason else ""
+                self.complain(entry, f"is not followed: it says '{entry.plan}', and"
+                                     f" {function.origin} '{function.plan}'{why}; write"
+                                     " what can be built, or remove it")
+
+    def run(self):
+        for function in self.written:
+            self.match(function)
+        for entry in self.entries:
+            if entry.origin not in self.meant:
+                self.explain_missing(entry)
+            elif not self.complaints[entry.origin]:
+                self.compare(entry)
+        return [said for entry in self.entries
+                for said in self.complaints.pop(entry.origin, [])]
+
+
+def check_against(entries, written):
+    """What is wrong with entries, in their order, of which a build has written
+    others."""
+    return Matching(entries, written).run()
