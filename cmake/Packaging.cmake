@@ -54,8 +54,9 @@ work on. The plugin is loaded by clang, flang, opt and lld of LLVM ${LLVM_VERSIO
 clang-${LLVM_VERSION_MAJOR} --config=inlinerecursion.cfg -O3 program.c
 .
 With it come configuration files, a CMake package, the library for compilers
-that link the pass, headers, documentation, examples and inlinerecursion-report,
-which shows what the plugin did to a whole program.")
+that link the pass, headers, documentation, examples, inlinerecursion-report,
+which shows what the plugin did to a whole program, and inlinerecursion-plan,
+which shows, merges and checks plans of what it is to do.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)

@@ -15,7 +15,9 @@ def split_path(path):
 
 
 def count_common(one, other):
-    count = 0
+    """How much two paths have in common at their ends."""
+    # The same path is closer than one that goes on.
+    count = int(one == other != "")
     for a, b in zip(split_path(one), split_path(other)):
         if a != b:
             break
@@ -51,17 +53,15 @@ class Matching:
     def find(self, function):
         """The entries for a function that was written; several if they cannot be told
         apart."""
-        best, most = [], 0
-        for name in sorted(self.names[function.name]):
-            for entry in self.by_name[name]:
-                if entry.where != function.where or not is_same_file(entry, function):
-                    continue
-                common = count_common(entry.file, function.file)
-                if common > most:
-                    best, most = [], common
-                if common == most:
-                    best.append(entry)
-        return best
+        for name in self.names[function.name]:
+            found = [entry for entry in self.by_name[name]
+                     if entry.where == function.where and is_same_file(entry, function)]
+            # A name that is said more exactly counts, wherever it is said.
+            if found:
+                common = [count_common(entry.file, function.file) for entry in found]
+                return [entry for entry, count in zip(found, common)
+                        if count == max(common)]
+        return []
 
     def match(self, function):
         found = self.find(function)

@@ -7,6 +7,8 @@ from demangle import demangle
 # Behind the parameters.
 QUALIFIERS = re.compile(r"( const| volatile| restrict| &&?| \[[^]]*\]| \(\.[^)]*\))+$")
 OPENING, CLOSING = "(<[{", ")>]}"
+# Of another version of the same interface.
+TAGS = re.compile(r"(\[abi:[^]]*\])+$")
 OPERATOR = re.compile(r"\boperator\b")
 
 
@@ -40,15 +42,15 @@ def without_parameters(name):
     name = cut_bracket(QUALIFIERS.sub("", name), ")")
     if begin := OPERATOR.search(name):
         # Its name may hold brackets and spaces.
-        return cut_return_type(name[:begin.start()]) + name[begin.start():]
-    return cut_return_type(cut_bracket(name, ">"))
+        return cut_return_type(name[:begin.start()]) + TAGS.sub("", name[begin.start():])
+    return cut_return_type(TAGS.sub("", cut_bracket(name, ">")))
 
 
 def find_names(symbols):
-    """{symbol: all that it may be called}"""
+    """{symbol: all that it may be called, the most exact name first}"""
     found = {}
     for symbol, whole in zip(symbols, demangle(symbols)):
-        found[symbol] = {symbol}
+        found[symbol] = [symbol]
         if whole != symbol:
-            found[symbol] |= {whole, without_parameters(whole)}
+            found[symbol] += [whole, without_parameters(whole)]
     return found

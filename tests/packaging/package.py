@@ -28,8 +28,10 @@ HOLDS = [
     "usr/lib/cmake/InlineRecursion/InlineRecursionConfig.cmake",
     "usr/lib/cmake/InlineRecursion/InlineRecursionConfigVersion.cmake",
     "usr/include/inlinerecursion/request.h",
+    "usr/bin/inlinerecursion-plan",
     "usr/bin/inlinerecursion-report",
     "usr/share/inlinerecursion/picture.py",
+    "usr/share/inlinerecursion/inlinerecursion_plan/command.py",
     "usr/share/inlinerecursion/inlinerecursion_report/command.py",
     "usr/share/doc/inlinerecursion-16/README.md",
     "usr/share/doc/inlinerecursion-16/copyright",
@@ -113,12 +115,16 @@ def check_unpacked(package):
                   [f"--config-user-dir={beside}", "--config=inlinerecursion.cfg"]):
         run(TOOLS / "clang++", *found, "-O3", "-Rpass=inlinerecursion", "-c", source, "-o",
             package.scratch / "unpacked.o").needs("'_ZL1fi' rebuilt as a ring of 3")
-    run(TOOLS / "clang++", *found, "-O3", "-fsave-optimization-record", "-c", source, "-o",
+    plan = package.scratch / "recorded.plan"
+    run(TOOLS / "clang++", *found, "-O3", "-fsave-optimization-record", "-mllvm",
+        f"-inlinerecursion-write-plan={plan}", "-c", source, "-o",
         package.scratch / "recorded.o")
     run(root / "usr/bin/inlinerecursion-report",
         package.scratch / "recorded.opt.yaml").needs("f(int)", " ring ")
+    run(root / "usr/bin/inlinerecursion-plan", "show",
+        plan).needs("f(int)", " ring copies=3 ")
     if left := list(root.rglob("__pycache__")):
-        raise Failed(f"the report leaves files behind: {left}")
+        raise Failed(f"the tools leave files behind: {left}")
 
 
 @point("bare-name")

@@ -42,6 +42,13 @@ run(_ ${Prefix}/bin/inlinerecursion-report --format html
 file(READ ${Scratch}/report.html Output)
 expect("report's page" "${Output}" ">fraction</td>.*<svg")
 
+# A plan, with the other tool.
+run(_ ${Tools}/clang --config=${Prefix}/lib/inlinerecursion/inlinerecursion.cfg
+  -O3 -c ${Source}/examples/fraction.c -o ${Scratch}/fraction.o
+  -mllvm -inlinerecursion-write-plan=${Scratch}/app.plan)
+run(Output ${Prefix}/bin/inlinerecursion-plan show ${Scratch}/app.plan)
+expect("plan" "${Output}" "fraction +[^ ]*fraction.c +early +chain copies=7 ")
+
 # With another compiler the configuration says what is wrong, unless the flags are
 # to be ignored then.
 find_program(Gcc gcc REQUIRED)
