@@ -30,6 +30,11 @@ def is_same_file(entry, written):
             or count_common(entry.file, written.file) > 0)
 
 
+def select_closest(entries, file):
+    common = [count_common(entry.file, file) for entry in entries]
+    return [entry for entry, count in zip(entries, common) if count == max(common)]
+
+
 class Matching:
     def __init__(self, entries, written):
         self.entries = entries
@@ -41,6 +46,8 @@ class Matching:
         # For each entry what it is meant for, and what is wrong with it.
         self.meant = defaultdict(list)
         self.complaints = defaultdict(list)
+        # For each entry whose file is like that of a function, a closer one.
+        self.outdone = {}
 
     def complain(self, entry, message):
         said = f"{entry.origin}: the plan for '{entry.name}' {message}"
@@ -57,10 +64,11 @@ class Matching:
             found = [entry for entry in self.by_name[name]
                      if entry.where == function.where and is_same_file(entry, function)]
             # A name that is said more exactly counts, wherever it is said.
-            if found:
-                common = [count_common(entry.file, function.file) for entry in found]
-                return [entry for entry, count in zip(found, common)
-                        if count == max(common)]
+            best = select_closest(found, function.file)
+            self.outdone.update((entry.origin, best[0]) for entry in found
+                                if entry not in best)
+            if best:
+                return best
         return []
 
     def match(self, function):
@@ -78,7 +86,10 @@ class Matching:
                 files.add(function.file)
                 if entry.name in self.names[function.name]:
                     places.add(function.where)
-        if places:
+        if closer := self.outdone.get(entry.origin):
+            self.refuse(entry, f"that of {closer.origin} is closer to the file of the"
+                               " function; remove it, or write the plan anew")
+        elif places - {entry.where}:
             self.refuse(entry, f"it is 'where: {entry.where}', and the build decided about"
                                f" the function at {', '.join(sorted(places))}; correct it,"
                                " or write the plan anew")
