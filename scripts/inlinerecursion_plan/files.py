@@ -20,9 +20,9 @@ NOT_FOLLOWED = ("; the file is not followed, see the chapter on plan files for w
                 " may hold")
 
 
-@dataclass
+@dataclass(eq=False)
 class Entry:
-    """One function in a file."""
+    """One function in a file. Two are never the same; several may stand in one line."""
 
     name: str
     plan: language.Spec

@@ -43,6 +43,11 @@ class Matching:
         for entry in entries:
             self.by_name[entry.name].append(entry)
         self.names = find_names([function.name for function in written])
+        self.files = {function.file for function in written}
+        self.called = defaultdict(list)
+        for function in written:
+            for name in self.names[function.name]:
+                self.called[name].append(function)
         # For each entry what it is meant for, and what is wrong with it.
         self.meant = defaultdict(list)
         self.complaints = defaultdict(list)
@@ -51,8 +56,8 @@ class Matching:
 
     def complain(self, entry, message):
         said = f"{entry.origin}: the plan for '{entry.name}' {message}"
-        if said not in self.complaints[entry.origin]:
-            self.complaints[entry.origin].append(said)
+        if said not in self.complaints[entry]:
+            self.complaints[entry].append(said)
 
     def refuse(self, entry, message):
         self.complain(entry, f"does not count: {message}")
@@ -65,7 +70,7 @@ class Matching:
                      if entry.where == function.where and is_same_file(entry, function)]
             # A name that is said more exactly counts, wherever it is said.
             best = select_closest(found, function.file)
-            self.outdone.update((entry.origin, best[0]) for entry in found
+            self.outdone.update((entry, best[0]) for entry in found
                                 if entry not in best)
             if best:
                 return best
@@ -74,26 +79,22 @@ class Matching:
     def match(self, function):
         found = self.find(function)
         for entry in found:
-            self.meant[entry.origin].append(function)
+            self.meant[entry].append(function)
             if entry.plan != found[0].plan:
                 self.refuse(entry, f"so is that of {found[0].origin}, and the two differ;"
                                    " remove one of them")
 
     def explain_missing(self, entry):
-        places, files = set(), set()
-        for function in self.written:
-            if is_same_file(entry, function):
-                files.add(function.file)
-                if entry.name in self.names[function.name]:
-                    places.add(function.where)
-        if closer := self.outdone.get(entry.origin):
+        places = {function.where for function in self.called[entry.name]
+                  if is_same_file(entry, function)}
+        if closer := self.outdone.get(entry):
             self.refuse(entry, f"that of {closer.origin} is closer to the file of the"
                                " function; remove it, or write the plan anew")
         elif places - {entry.where}:
             self.refuse(entry, f"it is 'where: {entry.where}', and the build decided about"
                                f" the function at {', '.join(sorted(places))}; correct it,"
                                " or write the plan anew")
-        elif files and entry.file:
+        elif entry.file and any(count_common(entry.file, file) for file in self.files):
             self.refuse(entry, f"there is no such recursive function in '{entry.file}';"
                                " remove it, or write the plan anew")
         else:
@@ -103,7 +104,7 @@ class Matching:
                                + "; remove it, or write the plan anew")
 
     def compare(self, entry):
-        functions = self.meant[entry.origin]
+        functions = self.meant[entry]
         for file in {function.file for function in functions}:
             symbols = {function.name for function in functions if function.file == file}
             if len(symbols) > 1:
@@ -124,12 +125,11 @@ class Matching:
         for function in self.written:
             self.match(function)
         for entry in self.entries:
-            if entry.origin not in self.meant:
+            if entry not in self.meant:
                 self.explain_missing(entry)
-            elif not self.complaints[entry.origin]:
+            elif not self.complaints[entry]:
                 self.compare(entry)
-        return [said for entry in self.entries
-                for said in self.complaints.pop(entry.origin, [])]
+        return [said for entry in self.entries for said in self.complaints[entry]]
 
 
 def check_against(entries, written):

@@ -6,6 +6,8 @@ from demangle import demangle
 
 # Behind the parameters.
 QUALIFIERS = re.compile(r"( const| volatile| restrict| &&?| \[[^]]*\]| \(\.[^)]*\))+$")
+# What a linker may know a function of C++ as; others are no lines for the demangler.
+MANGLED = re.compile(r"_+Z[\w.$@]+")
 OPENING, CLOSING = "(<[{", ")>]}"
 # Of another version of the same interface.
 TAGS = re.compile(r"(\[abi:[^]]*\])+$")
@@ -46,10 +48,17 @@ def without_parameters(name):
     return cut_return_type(TAGS.sub("", cut_bracket(name, ">")))
 
 
+def demangle_mangled(names):
+    """As the source has them; what is no name of the linker stays what it is."""
+    mangled = list(filter(MANGLED.fullmatch, dict.fromkeys(names)))
+    known = dict(zip(mangled, demangle(mangled)))
+    return [known.get(name, name) for name in names]
+
+
 def find_names(symbols):
     """{symbol: all that it may be called, the most exact name first}"""
     found = {}
-    for symbol, whole in zip(symbols, demangle(symbols)):
+    for symbol, whole in zip(symbols, demangle_mangled(symbols)):
         found[symbol] = [symbol]
         if whole != symbol:
             found[symbol] += [whole, without_parameters(whole)]

@@ -2,7 +2,7 @@
 
 import json
 
-from demangle import demangle
+from inlinerecursion_plan.names import demangle_mangled
 
 
 def count(number, noun):
@@ -12,7 +12,7 @@ def count(number, noun):
 def select(entries, function):
     """(entry, its demangled name) of those whose name, in either form, matches a regular
     expression, if there is one."""
-    names = demangle([entry.name for entry in entries])
+    names = demangle_mangled([entry.name for entry in entries])
     return [(entry, name) for entry, name in zip(entries, names)
             if not function or function.search(name) or function.search(entry.name)]
 
