@@ -1,10 +1,12 @@
 //===- PlanRecord.cpp - What was decided, as a plan -----------------------===//
 
 #include "plugin/tell/PlanRecord.h"
+#include "plugin/ir/Names.h"
 #include "plugin/plan/BodyHash.h"
 #include "plugin/plan/PlanBook.h"
 #include "plugin/plan/PlanOptions.h"
 #include "plugin/tell/Decisions.h"
+#include "llvm/ADT/STLExtras.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/WithColor.h"
 #include <cstdlib>
@@ -35,6 +37,18 @@ static std::optional<PlanEntry> makeEntry(const Module &M,
   return Entry;
 }
 
+/// Puts \p Entry, about the function \p Name, into \p New. A function and what
+/// hands values on in its place have one name in plans, which means the latter.
+static void add(PlanDocument &New, PlanEntry Entry, StringRef Name) {
+  const auto Same = find_if(New.Functions, [&](const PlanEntry &Other) {
+    return Other.Name == Entry.Name && Other.Where == Entry.Where;
+  });
+  if (Same == New.Functions.end())
+    New.Functions.push_back(std::move(Entry));
+  else if (Name.contains(ValueSuffix))
+    *Same = std::move(Entry);
+}
+
 void llvm::inlinerecursion::writePlan(const Module &M,
                                       ArrayRef<Decision> Decided) {
   if (!isPlanWritten())
@@ -44,7 +58,7 @@ void llvm::inlinerecursion::writePlan(const Module &M,
   New.Module = getSourceFile(M).str();
   for (const Decision &One : Decided)
     if (std::optional<PlanEntry> Entry = makeEntry(M, One))
-      New.Functions.push_back(std::move(*Entry));
+      add(New, std::move(*Entry), StringRef(One.Function));
   if (!Path || New.Functions.empty())
     return;
   if (Error Failed = addToPlanFile(*Path, std::move(New))) {
