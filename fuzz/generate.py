@@ -1474,9 +1474,11 @@ class Program:
         return OWN_NAMES.sub(rf"\1_{self.seed}", text)
 
 
-def files(programs):
-    """(names and texts of the files of one or more programs)"""
-    bundled = len(programs) > 1
+def files(programs, bundled=None):
+    """(names and texts of the files of one or more programs); bundled: do
+    functions have the names that they have beside other programs?"""
+    if bundled is None:
+        bundled = len(programs) > 1
     suffix = "cpp" if programs[0].cxx else "c"
     made = {}
     for index in range(max(len(p.texts) for p in programs)):

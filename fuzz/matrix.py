@@ -148,21 +148,51 @@ class Build:
         return list({option.split("=")[0]: option
                      for option in options}.values())
 
+    def compile_options(self):
+        """Options of the plugin where files are compiled."""
+        return self.options
+
+    def link_options(self):
+        """Those of a link step that compiles."""
+        return []
+
+    def warnings(self):
+        return ["-w"]
+
+    def narrowed(self, seeds):
+        """The same for the programs of these seeds alone."""
+        return self
+
+    def reduced(self, still_fails):
+        """One that is as good for still_fails(build), and asks for less."""
+        return self
+
+    def saved_files(self):
+        """What the commands read beside the sources, as {name: text}."""
+        return {}
+
+    def compiler(self, case):
+        return [*case.compiler()[:2], *self.warnings()]
+
     def commands(self, case, program):
         return self.clang_commands(case, program) if self.kind == "clang" \
             else self.opt_commands(case, program)
 
     def clang_commands(self, case, program):
-        mllvm = [word for option in self.options
+        mllvm = [word for option in self.compile_options()
                  for word in ("-mllvm", option)]
         path = self.plugin.path
-        command = [*self.plugin.before, *case.compiler(), *self.defines,
+        command = [*self.plugin.before, *self.compiler(case), *self.defines,
                    f"-{self.opt}", *self.extra, f"-fpass-plugin={path}",
                    "-Xclang", "-load", "-Xclang", path, *mllvm,
                    "-Rpass=inlinerecursion", *LINK]
         if self.lto:
             command += [f"-flto={self.lto}", "-fuse-ld=lld",
                         f"-Wl,--load-pass-plugin={path}"]
+            if self.link_options():  # which the linker has to know first
+                command += [f"-Wl,-mllvm,-load={path}"]
+            command += [f"-Wl,-mllvm,{option}"
+                        for option in self.link_options()]
         return [[*command, *case.sources, "-lm", "-o", program]]
 
     def opt_commands(self, case, program):
@@ -183,7 +213,7 @@ class Build:
                 *self.plugin.before, f"{BIN}/opt", f"-load={self.plugin.path}",
                 f"-load-pass-plugin={self.plugin.path}", f"-passes={passes}",
                 "-verify-each", "-pass-remarks=inlinerecursion",
-                *self.options, ir, "-o", ready])
+                *self.compile_options(), ir, "-o", ready])
             modules.append(ready)
         commands.append([*case.compiler()[:1], "-w", *optimise, *LINK,
                          *modules, "-lm", "-o", program])

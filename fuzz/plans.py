@@ -1,0 +1,285 @@
+"""Random plans for the functions of a program, and builds that obey them.
+
+A first build writes its plan, which names all recursive functions. Each gets a
+plan of its own, drawn from the language of plans whether it can be built or
+not; what cannot is refused with a warning, and nothing else may happen. That
+build writes its plan too, in which parts stand that the plugin has made: the
+rest of a split, copies for states. Those get plans as well, for a third build.
+
+What is drawn for a function depends on the seed, its name and the place alone,
+so that it is the same in a smaller program.
+"""
+
+import copy
+import os
+import random
+import re
+from dataclasses import dataclass
+
+from matrix import Build
+
+PLAN_FILE = "plans.yaml"
+WRITTEN = "written.yaml"
+SHAPES = {"ring": 40, "leaves": 14, "split": 14, "states": 18, "chain": 10,
+          "none": 4}
+FLAGS = {"ring": ("guard", "staggered", "pass-sum", "loop-first"),
+         "leaves": ("pass-sum", "loop-first"),
+         "split": ("pass-sum", "loop-first")}
+# How often such a word is said of a shape, and how often without `no-`: what is
+# not there to be prepared is refused.
+SAID = 0.35
+MEANT = {"guard": 0.5, "staggered": 0.7, "pass-sum": 0.3, "loop-first": 0.3}
+GROWTH = "-inlinerecursion-plan-growth"
+# A warning is a line, and so is a remark; both quote the name of the function.
+FOLLOWED = re.compile(r"remark: .*'[^']*' rebuilt (as a leaf chain|as a \w+|"
+                      r"for \d+ states?) .*, as planned")
+REFUSED = re.compile(r"the plan '(\w+)[^']*' \(\S*\) that '[^']*' asks for is "
+                     r"not built: (.*?)(?: \[-W|$)", re.MULTILINE)
+IGNORED = re.compile(r"the plan for '[^']*' does not count: ")
+OWN_SEED = re.compile(r"f\d+_(\d+)")
+FIELD = re.compile(r"^(?:  - |    )?(\w+): +(.*)$")
+
+
+@dataclass(frozen=True)
+class Entry:
+    """What a plan file says of one function."""
+    module: str
+    name: str
+    where: str
+    plan: str
+
+    def key(self):
+        return self.module, self.name, self.where
+
+
+def unquoted(text):
+    return text[1:-1].replace("''", "'") if text[:1] == "'" else text
+
+
+def read_plans(path):
+    """The entries of a file that the plugin has written; none if it has not,
+    as no function of the program calls itself."""
+    if not os.path.exists(path):
+        return []
+    entries, module, fields = [], "", {}
+
+    def finish():
+        if "name" in fields:
+            entries.append(Entry(module, fields["name"],
+                                 fields.get("where", "early"),
+                                 fields["plan"]))
+
+    with open(path) as file:
+        for line in file:
+            match = FIELD.match(line.rstrip("\n"))
+            if not match or line.startswith("  - "):
+                finish()
+                fields = {}
+            if match and match.group(1) == "module":
+                module = unquoted(match.group(2))
+            elif match:
+                fields[match.group(1)] = unquoted(match.group(2))
+    finish()
+    return entries
+
+
+def print_plans(entries):
+    text = []
+    for module in sorted({entry.module for entry in entries}):
+        text += ["---", "version: 1"]
+        if module:
+            text.append(f"module: '{module}'")
+        text.append("functions:")
+        for entry in entries:
+            if entry.module == module:
+                text += [f"  - name: '{entry.name}'",
+                         f"    plan: {entry.plan}",
+                         f"    where: {entry.where}"]
+    return "\n".join([*text, "..." if text else "", ""])
+
+
+def draw_copies(rng, first=2):
+    return rng.randint(9, 20) if rng.random() < 0.15 else rng.randint(first, 8)
+
+
+def draw_plan(rng):
+    shape = rng.choices(list(SHAPES), list(SHAPES.values()))[0]
+    words = [shape]
+    if shape == "ring" and rng.random() < 0.85:
+        words.append(f"copies={draw_copies(rng)}")
+    if shape == "chain" and rng.random() < 0.3:
+        words.append(f"copies={draw_copies(rng, 1)}")
+    if shape == "leaves" and rng.random() < 0.7:
+        levels = {draw_copies(rng) for _ in range(rng.choice((1, 1, 2, 3)))}
+        words.append("levels=" + ",".join(
+            str(level) for level in sorted(levels, reverse=True)))
+    if shape == "states" and rng.random() < 0.3:
+        some = sorted(rng.sample(range(1, 5), rng.choice((1, 1, 2, 3))))
+        words.append("arguments=" + ",".join(map(str, some)))
+    for flag in FLAGS.get(shape, ()):
+        if rng.random() < SAID:
+            words.append(flag if rng.random() < MEANT[flag] else f"no-{flag}")
+    return " ".join(words)
+
+
+def make_simpler(entry):
+    """Versions of an entry with one word less."""
+    words = entry.plan.split(" ")
+    for i in range(1, len(words)):
+        plan = " ".join(words[:i] + words[i + 1:])
+        yield Entry(entry.module, entry.name, entry.where, plan)
+
+
+def reduce_entries(entries, still_fails):
+    """The entries that are needed for a failure, with as few words as are."""
+    entries = list(entries)
+    size = len(entries)
+    while size:
+        for first in reversed(range(0, len(entries), size)):
+            fewer = entries[:first] + entries[first + size:]
+            if still_fails(fewer):
+                entries = fewer
+        size //= 2
+    i = 0
+    while i < len(entries):
+        for simpler in make_simpler(entries[i]):
+            fewer = [*entries[:i], simpler, *entries[i + 1:]]
+            if still_fails(fewer):
+                entries = fewer
+                break
+        else:
+            i += 1
+    return entries
+
+
+class PlannedBuild(Build):
+    """A build with random plans, or rather a few of them; once the plans are
+    drawn, one."""
+
+    def __init__(self, plugin, kind, rng, case, programs):
+        super().__init__(plugin, kind, rng, case, programs)
+        self.seed = rng.random()
+        self.share = rng.choice((0.3, 0.8, 0.95))  # of functions with a plan
+        self.growth = f"{GROWTH}={rng.choice((1000, 4000, 20000))}"
+        self.entries = None
+        self.now = []  # options of the build that is being made
+
+    def compile_options(self):
+        return [*super().compile_options(), *self.link_options()]
+
+    def link_options(self):
+        return [self.growth, *self.now]
+
+    def warnings(self):
+        return ["-Wno-everything", "-Wpass-failed", "-Wbackend-plugin"]
+
+    def with_entries(self, entries):
+        other = copy.copy(self)
+        other.entries = entries
+        return other
+
+    def narrowed(self, seeds):
+        def is_meant(entry):
+            own = OWN_SEED.search(entry.name)
+            return not own or int(own.group(1)) in seeds
+
+        return self if self.entries is None else \
+            self.with_entries([e for e in self.entries if is_meant(e)])
+
+    def reduced(self, still_fails):
+        return self if self.entries is None else self.with_entries(
+            reduce_entries(self.entries, lambda entries: still_fails(
+                self.with_entries(entries))))
+
+    def saved_files(self):
+        return {} if self.entries is None else \
+            {PLAN_FILE: print_plans(self.entries)}
+
+    def draw(self, written, taken=()):
+        """Plans for some of the functions in a file that the plugin wrote,
+        and for the looks that they are not in."""
+        wanted = {}
+        for entry in written:
+            wanted.setdefault(entry.key(), entry.plan)
+            late = "link-late" if entry.where.startswith("link") else "late"
+            wanted.setdefault((entry.module, entry.name, late), None)
+            if self.lto and entry.where == "early":
+                for where in ("link", "link-late"):
+                    wanted.setdefault(("", entry.name, where), None)
+        for key in {entry.key() for entry in taken}:
+            wanted.pop(key, None)
+        entries = []
+        for key, plan in sorted(wanted.items()):
+            rng = random.Random(f"{self.seed} {key}")
+            if rng.random() > (self.share if plan else self.share / 3):
+                continue
+            # Next to others, what the policy finds good has to hold too.
+            keeps = plan and rng.random() < 0.1
+            entries.append(Entry(*key, plan if keeps else draw_plan(rng)))
+        return entries
+
+    def check(self, case, wanted, counts=None):
+        if self.entries is not None:
+            return self.obey(case, wanted, counts, False)
+        written = os.path.join(case.directory, WRITTEN)
+        self.now = [f"-inlinerecursion-write-plan={WRITTEN}"]
+        case.compile(self.commands(case, "with"), self.plugin.limited)
+        functions = read_plans(written)
+        self.entries = self.draw(functions)
+        os.path.exists(written) and os.remove(written)
+        self.obey(case, wanted, counts, True)
+        known = {entry.key() for entry in functions}
+        parts = self.draw([entry for entry in read_plans(written)
+                           if entry.key() not in known], self.entries)
+        if parts:
+            self.entries += parts
+            self.obey(case, wanted, counts, False)
+
+    def obey(self, case, wanted, counts, writes):
+        with open(os.path.join(case.directory, PLAN_FILE), "w") as file:
+            file.write(print_plans(self.entries))
+        self.now = [f"-inlinerecursion-plan={PLAN_FILE}"]
+        if writes:
+            self.now.append(f"-inlinerecursion-write-plan={WRITTEN}")
+        super().check(case, wanted, counts)
+
+    def count(self, case, err, counts):
+        super().count(case, err, counts)
+        counts["plans"] += len(self.entries)
+        for match in FOLLOWED.finditer(err):
+            words = match.group(1).split()
+            shape = "leaves" if "leaf" in words else \
+                "states" if words[0] == "for" else words[-1]
+            counts["followed"] += 1
+            counts[f"followed {shape}"] += 1
+        for shape, reason in REFUSED.findall(err):
+            counts["refused"] += 1
+            counts[f"refused {shape}"] += 1
+            reason = re.sub(r"'[^']*'", "'...'", reason)
+            counts["because " + re.sub(r"\d+", "N", reason)] += 1
+        counts["ignored"] += len(IGNORED.findall(err))
+
+
+def closing_words(counts):
+    """For the line of counts."""
+    def by_shape(what):
+        return " ".join(f"{shape}:{counts[f'{what} {shape}']}"
+                        for shape in SHAPES if shape != "none")
+    return (f"{counts['plans']} plans ({counts['followed']} followed "
+            f"({by_shape('followed')}), {counts['refused']} refused "
+            f"({by_shape('refused')}), {counts['ignored']} not counted), ")
+
+
+def list_reasons(counts):
+    """Why plans were refused, and how often."""
+    reasons = [(number, what) for what, number in counts.items()
+               if what.startswith("because ")]
+    return [f"{number:7} refused {what}" for number, what
+            in sorted(reasons, reverse=True)]
+
+
+def missing(counts):
+    """Shapes of which no plan was followed, or none refused."""
+    return [f"{what} {shape}" for what in ("followed", "refused")
+            for shape in SHAPES if shape != "none"
+            and not counts[f"{what} {shape}"]]
