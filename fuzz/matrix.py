@@ -163,8 +163,8 @@ class Build:
         """The same for the programs of these seeds alone."""
         return self
 
-    def reduced(self, still_fails):
-        """One that is as good for still_fails(build), and asks for less."""
+    def reduced(self, still_fails, seconds):
+        """One for which still_fails(build) holds too, and asks for less."""
         return self
 
     def saved_files(self):

@@ -14,6 +14,7 @@ import copy
 import os
 import random
 import re
+import time
 from dataclasses import dataclass
 
 from matrix import Build
@@ -130,8 +131,14 @@ def make_simpler(entry):
         yield Entry(entry.module, entry.name, entry.where, plan)
 
 
-def reduce_entries(entries, still_fails):
-    """The entries that are needed for a failure, with as few words as are."""
+def reduce_entries(entries, fails, seconds):
+    """The entries that are needed for a failure, with as few words as are; or
+    those that are left after so long."""
+    deadline = time.monotonic() + seconds
+
+    def still_fails(fewer):
+        return time.monotonic() < deadline and fails(fewer)
+
     entries = list(entries)
     size = len(entries)
     while size:
@@ -183,13 +190,15 @@ class PlannedBuild(Build):
             own = OWN_SEED.search(entry.name)
             return not own or int(own.group(1)) in seeds
 
-        return self if self.entries is None else \
-            self.with_entries([e for e in self.entries if is_meant(e)])
+        return self.with_entries(
+            self.entries and [e for e in self.entries if is_meant(e)])
 
-    def reduced(self, still_fails):
-        return self if self.entries is None else self.with_entries(
-            reduce_entries(self.entries, lambda entries: still_fails(
-                self.with_entries(entries))))
+    def reduced(self, still_fails, seconds):
+        if self.entries is None:  # it fails before there are any
+            return self
+        return self.with_entries(reduce_entries(
+            self.entries,
+            lambda entries: still_fails(self.with_entries(entries)), seconds))
 
     def saved_files(self):
         return {} if self.entries is None else \

@@ -6,7 +6,7 @@
 #include "plugin/plan/PlanBook.h"
 #include "plugin/plan/PlanOptions.h"
 #include "plugin/tell/Decisions.h"
-#include "llvm/ADT/STLExtras.h"
+#include "llvm/ADT/StringMap.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/WithColor.h"
 #include <cstdlib>
@@ -37,16 +37,24 @@ static std::optional<PlanEntry> makeEntry(const Module &M,
   return Entry;
 }
 
-/// Puts \p Entry, about the function \p Name, into \p New. A function and what
-/// hands values on in its place have one name in plans, which means the latter.
-static void add(PlanDocument &New, PlanEntry Entry, StringRef Name) {
-  const auto Same = find_if(New.Functions, [&](const PlanEntry &Other) {
-    return Other.Name == Entry.Name && Other.Where == Entry.Where;
-  });
-  if (Same == New.Functions.end())
-    New.Functions.push_back(std::move(Entry));
-  else if (Name.contains(ValueSuffix))
-    *Same = std::move(Entry);
+/// The entries for what was \p Decided about \p M.  A name has one: where a
+/// function hands values on to another one beside it, that one is meant, as it
+/// is where plans are obeyed.
+static std::vector<PlanEntry> makeEntries(const Module &M,
+                                          ArrayRef<Decision> Decided) {
+  std::vector<PlanEntry> Entries;
+  StringMap<size_t> Numbers;
+  for (const Decision &One : Decided) {
+    std::optional<PlanEntry> Entry = makeEntry(M, One);
+    if (!Entry)
+      continue;
+    const auto [It, IsFirst] = Numbers.try_emplace(Entry->Name, Entries.size());
+    if (IsFirst)
+      Entries.push_back(std::move(*Entry));
+    else if (StringRef(One.Function).contains(ValueSuffix))
+      Entries[It->second] = std::move(*Entry);
+  }
+  return Entries;
 }
 
 void llvm::inlinerecursion::writePlan(const Module &M,
@@ -56,9 +64,7 @@ void llvm::inlinerecursion::writePlan(const Module &M,
   const std::optional<std::string> Path = getWrittenPlanFile(M);
   PlanDocument New;
   New.Module = getSourceFile(M).str();
-  for (const Decision &One : Decided)
-    if (std::optional<PlanEntry> Entry = makeEntry(M, One))
-      add(New, std::move(*Entry), StringRef(One.Function));
+  New.Functions = makeEntries(M, Decided);
   if (!Path || New.Functions.empty())
     return;
   if (Error Failed = addToPlanFile(*Path, std::move(New))) {
