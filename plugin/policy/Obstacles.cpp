@@ -269,6 +269,8 @@ static StringRef findRaisableLimit(const Facts &Known, const Bounds &Limits) {
     Larger.FunctionGrowth = FunctionGrowth;
     return fitRing(Known, Larger).Copies != 0;
   };
+  if (Known.getPlan())
+    return FitsInto(~0u) ? "raise -inlinerecursion-plan-growth" : "";
   if (Limits.FunctionGrowth == getBoundsBelowO3().FunctionGrowth &&
       FitsInto(getDefaultBounds().FunctionGrowth))
     return "compile with -O3";
