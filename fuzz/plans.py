@@ -5,6 +5,7 @@ plan of its own, drawn from the language of plans whether it can be built or
 not; what cannot is refused with a warning, and nothing else may happen. That
 build writes its plan too, in which parts stand that the plugin has made: the
 rest of a split, copies for states. Those get plans as well, for a third build.
+All of that is done twice.
 
 What is drawn for a function depends on the seed, its name and the place alone,
 so that it is the same in a smaller program.
@@ -21,6 +22,7 @@ from matrix import Build
 
 PLAN_FILE = "plans.yaml"
 WRITTEN = "written.yaml"
+ROUNDS = 2  # of plans, for each build that writes what there is
 SHAPES = {"ring": 40, "leaves": 14, "split": 14, "states": 18, "chain": 10,
           "none": 4}
 FLAGS = {"ring": ("guard", "staggered", "pass-sum", "loop-first"),
@@ -30,6 +32,9 @@ FLAGS = {"ring": ("guard", "staggered", "pass-sum", "loop-first"),
 # not there to be prepared is refused.
 SAID = 0.35
 MEANT = {"guard": 0.5, "staggered": 0.7, "pass-sum": 0.3, "loop-first": 0.3}
+# What no shape is built of; a plan for such a function is tried now and then.
+HOPELESS = re.compile(r"variable arguments|becomes a loop|returns twice|"
+                      r"another definition|optnone")
 GROWTH = "-inlinerecursion-plan-growth"
 # A warning is a line, and so is a remark; both quote the name of the function.
 FOLLOWED = re.compile(r"remark: .*'[^']*' rebuilt (as a leaf chain|as a \w+|"
@@ -48,6 +53,7 @@ class Entry:
     name: str
     where: str
     plan: str
+    is_hopeless: bool = False
 
     def key(self):
         return self.module, self.name, self.where
@@ -68,7 +74,8 @@ def read_plans(path):
         if "name" in fields:
             entries.append(Entry(module, fields["name"],
                                  fields.get("where", "early"),
-                                 fields["plan"]))
+                                 fields["plan"],
+                                 bool(HOPELESS.search(fields["reason"]))))
 
     with open(path) as file:
         for line in file:
@@ -103,14 +110,21 @@ def draw_copies(rng, first=2):
     return rng.randint(9, 20) if rng.random() < 0.15 else rng.randint(first, 8)
 
 
-def draw_plan(rng):
+def draw_plan(rng, found=None):
+    """Any plan; now and then the one that the policy has found, or of its shape
+    at least, as few functions have constant depths and leaves."""
+    if found and rng.random() < 0.1:
+        return found
     shape = rng.choices(list(SHAPES), list(SHAPES.values()))[0]
+    if found and re.match(r"(chain|leaves)(?!.* rules)", found) and \
+            rng.random() < 0.4:
+        shape = found.split(" ")[0]
     words = [shape]
     if shape == "ring" and rng.random() < 0.85:
         words.append(f"copies={draw_copies(rng)}")
-    if shape == "chain" and rng.random() < 0.3:
+    if shape == "chain" and rng.random() < 0.2:
         words.append(f"copies={draw_copies(rng, 1)}")
-    if shape == "leaves" and rng.random() < 0.7:
+    if shape == "leaves" and rng.random() < 0.5:
         levels = {draw_copies(rng) for _ in range(rng.choice((1, 1, 2, 3)))}
         words.append("levels=" + ",".join(
             str(level) for level in sorted(levels, reverse=True)))
@@ -166,7 +180,7 @@ class PlannedBuild(Build):
     def __init__(self, plugin, kind, rng, case, programs):
         super().__init__(plugin, kind, rng, case, programs)
         self.seed = rng.random()
-        self.share = rng.choice((0.3, 0.8, 0.95))  # of functions with a plan
+        self.share = rng.choice((0.4, 0.9, 1))  # of functions with a plan
         self.growth = f"{GROWTH}={rng.choice((1000, 4000, 20000))}"
         self.entries = None
         self.now = []  # options of the build that is being made
@@ -204,45 +218,52 @@ class PlannedBuild(Build):
         return {} if self.entries is None else \
             {PLAN_FILE: print_plans(self.entries)}
 
-    def draw(self, written, taken=()):
+    def draw(self, written, number):
         """Plans for some of the functions in a file that the plugin wrote,
-        and for the looks that they are not in."""
-        wanted = {}
+        and for the looks that they are not in; others for each number."""
+        wanted, hopeless = {}, set()
         for entry in written:
+            if entry.is_hopeless:
+                hopeless.add((entry.module, entry.name))
             wanted.setdefault(entry.key(), entry.plan)
             late = "link-late" if entry.where.startswith("link") else "late"
             wanted.setdefault((entry.module, entry.name, late), None)
             if self.lto and entry.where == "early":
                 for where in ("link", "link-late"):
                     wanted.setdefault(("", entry.name, where), None)
-        for key in {entry.key() for entry in taken}:
-            wanted.pop(key, None)
         entries = []
         for key, plan in sorted(wanted.items()):
-            rng = random.Random(f"{self.seed} {key}")
-            if rng.random() > (self.share if plan else self.share / 3):
+            rng = random.Random(f"{self.seed} {number} {key}")
+            share = self.share * (1 if plan else 0.3) * \
+                (0.1 if key[:2] in hopeless else 1)
+            if rng.random() > share:
                 continue
-            # Next to others, what the policy finds good has to hold too.
-            keeps = plan and rng.random() < 0.1
-            entries.append(Entry(*key, plan if keeps else draw_plan(rng)))
+            entries.append(Entry(*key, draw_plan(rng, plan)))
         return entries
 
     def check(self, case, wanted, counts=None):
         if self.entries is not None:
-            return self.obey(case, wanted, counts, False)
-        written = os.path.join(case.directory, WRITTEN)
+            self.obey(case, wanted, counts, writes=False)
+            return
         self.now = [f"-inlinerecursion-write-plan={WRITTEN}"]
         case.compile(self.commands(case, "with"), self.plugin.limited)
+        written = os.path.join(case.directory, WRITTEN)
         functions = read_plans(written)
-        self.entries = self.draw(functions)
-        os.path.exists(written) and os.remove(written)
-        self.obey(case, wanted, counts, True)
+        if not functions:
+            return
         known = {entry.key() for entry in functions}
-        parts = self.draw([entry for entry in read_plans(written)
-                           if entry.key() not in known], self.entries)
-        if parts:
-            self.entries += parts
-            self.obey(case, wanted, counts, False)
+        for number in range(ROUNDS):
+            self.entries = self.draw(functions, number)
+            if os.path.exists(written):
+                os.remove(written)
+            self.obey(case, wanted, counts, writes=True)
+            parts = self.draw([entry for entry in read_plans(written)
+                               if entry.key() not in known], number)
+            known_now = {entry.key() for entry in self.entries}
+            parts = [part for part in parts if part.key() not in known_now]
+            if parts:
+                self.entries += parts
+                self.obey(case, wanted, counts, writes=False)
 
     def obey(self, case, wanted, counts, writes):
         with open(os.path.join(case.directory, PLAN_FILE), "w") as file:
