@@ -309,7 +309,7 @@ def list_reasons(counts):
 
 
 def missing(counts):
-    """Shapes of which no plan was followed, or none refused."""
-    return [f"{what} {shape}" for what in ("followed", "refused")
-            for shape in SHAPES if shape != "none"
-            and not counts[f"{what} {shape}"]]
+    """Shapes that no plan led to; and refusals, if there are none."""
+    return [*(f"a planned {shape}" for shape in SHAPES
+              if shape != "none" and not counts[f"followed {shape}"]),
+            *(["a refused plan"] if not counts["refused"] else [])]
