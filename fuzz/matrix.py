@@ -172,7 +172,8 @@ class Build:
         return {}
 
     def compiler(self, case):
-        return [*case.compiler()[:2], *self.warnings()]
+        return [word for word in case.compiler() if word != "-w"] + \
+            self.warnings()
 
     def commands(self, case, program):
         return self.clang_commands(case, program) if self.kind == "clang" \

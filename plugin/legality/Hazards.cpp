@@ -117,6 +117,26 @@ static bool hasEscapedFrame(const Function &F) {
   });
 }
 
+// Not to be inlined, a function has a frame for each activation, and asks for
+// it, or for where it returns to.  That is the one use of noinline that changes
+// what the program does; Clang and GCC ask for the attribute wherever the
+// answer shall be this activation's.  Inlined into each other, copies all
+// answer for the outermost one.
+static bool asksForOwnFrame(const Function &F) {
+  return F.hasFnAttribute(Attribute::NoInline) &&
+         anyInstruction<IntrinsicInst>(F, [](const IntrinsicInst &I) {
+           switch (I.getIntrinsicID()) {
+           case Intrinsic::returnaddress:
+           case Intrinsic::addressofreturnaddress:
+           case Intrinsic::frameaddress:
+           case Intrinsic::sponentry:
+             return true;
+           default:
+             return false;
+           }
+         });
+}
+
 /// Does \p Statement, assembly text without leading space, define a name that
 /// can be defined only once?  A name with `${:uid}` in it is another one in
 /// each copy, and numeric labels may be repeated.
@@ -237,6 +257,10 @@ static const ProtectionReason Hazards[] = {
      hasAlignmentOfCall, "pass it by pointer"},
     {"EscapedFrame", "other functions reach its local variables (localescape)",
      hasEscapedFrame},
+    {"OwnFrame",
+     "it is not to be inlined (noinline), and asks for its frame or where it "
+     "returns to",
+     asksForOwnFrame},
     {"AsmLabel", "inline assembly in it defines a symbol", hasAsmLabel,
      "use numeric labels, or %= in their names"},
     {"NoDuplicate", "it, or a call in it, must not be duplicated",

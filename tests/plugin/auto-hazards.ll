@@ -1,9 +1,9 @@
 ; What must not be copied, and what the source does not want inlined, is left to itself.
 ; RUN: %opt -passes='inlinerecursion-pipeline' -S %s | FileCheck %s
 
-; CHECK-NOT: define {{.*}}@{{weak|never|small|cold|must|label}}.recurse
+; CHECK-NOT: define {{.*}}@{{weak|never|small|cold|must|label|frame}}.recurse
 ; CHECK: define internal void @taken.recurse.guard(
-; CHECK-NOT: define {{.*}}@{{weak|never|small|cold|must|label}}.recurse
+; CHECK-NOT: define {{.*}}@{{weak|never|small|cold|must|label|frame}}.recurse
 
 @g = external global i32
 define weak void @weak(i32 %n)  {
@@ -91,6 +91,23 @@ rec:
 exit:
   ret void
 }
+define void @frame(i32 %n) noinline {
+entry:
+  %none = icmp eq i32 %n, 0
+  br i1 %none, label %exit, label %rec
+rec:
+  %a = call ptr @llvm.returnaddress(i32 0)
+  store ptr %a, ptr @g
+  %m = lshr i32 %n, 1
+  call void @frame(i32 %m)
+  store i32 %n, ptr @g
+  call void @frame(i32 %m)
+  store i32 %m, ptr @g
+  br label %exit
+exit:
+  ret void
+}
+declare ptr @llvm.returnaddress(i32)
 define void @taken(i32 %n)  {
 entry:
   %none = icmp eq i32 %n, 0
