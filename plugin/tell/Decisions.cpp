@@ -49,7 +49,7 @@ void llvm::inlinerecursion::addDecision(const Function &F, const Verdict &V,
 }
 
 std::vector<Decision> llvm::inlinerecursion::readDecisions(const Module &M) {
-  MapVector<StringRef, Decision> Last;
+  MapVector<std::pair<StringRef, uint64_t>, Decision> Last;
   if (const NamedMDNode *Written = M.getNamedMetadata(DecisionsMark))
     for (const MDNode *Entry : Written->operands()) {
       auto Number = [Entry](unsigned I) {
@@ -59,9 +59,9 @@ std::vector<Decision> llvm::inlinerecursion::readDecisions(const Module &M) {
       auto Text = [Entry](unsigned I) {
         return cast<MDString>(Entry->getOperand(I))->getString();
       };
-      Last[Text(0)] = {Text(0).str(),   Outcome(Number(1)), Number(2),
-                       Text(3).str(),   Text(4).str(),      Text(5).str(),
-                       Place(Number(6))};
+      Last[{Text(0), Number(6)}] = {
+          Text(0).str(), Outcome(Number(1)), Number(2),       Text(3).str(),
+          Text(4).str(), Text(5).str(),      Place(Number(6))};
     }
   std::vector<Decision> Result;
   for (auto &Named : Last)

@@ -11,7 +11,8 @@
 ///   BehindInlinerPass --> SummaryPass
 ///     adds                  tells, and takes the metadata away
 ///
-/// The last decision about a function is the one that counts.  One module and
+/// The last decision about a function is the one that counts, and for plans, the
+/// last one at each place.  One module and
 /// one compilation are told about once; in a link-time optimisation compiler
 /// and linker are two, and what the first one has rebuilt is not counted by the
 /// second.
@@ -61,8 +62,8 @@ void beginDecisions(Module &M);
 /// is part of another function.
 void addDecision(const Function &F, const Verdict &V, bool IsPart);
 
-/// The last decision about each function of \p M, in the order in which the
-/// functions were first decided about.
+/// The last decision about each function of \p M at each place, in the order in
+/// which they were first decided about there.
 std::vector<Decision> readDecisions(const Module &M);
 
 /// Takes what was written down away.

@@ -6,10 +6,11 @@
 #include "plugin/plan/PlanBook.h"
 #include "plugin/plan/PlanOptions.h"
 #include "plugin/tell/Decisions.h"
-#include "llvm/ADT/StringMap.h"
+#include "llvm/ADT/StringSet.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/WithColor.h"
 #include <cstdlib>
+#include <set>
 
 using namespace llvm;
 using namespace llvm::inlinerecursion;
@@ -37,22 +38,26 @@ static std::optional<PlanEntry> makeEntry(const Module &M,
   return Entry;
 }
 
-/// The entries for what was \p Decided about \p M.  A name has one: where a
-/// function hands values on to another one beside it, that one is meant, as it
-/// is where plans are obeyed.
+static bool handsValuesOn(const Decision &Decided) {
+  return StringRef(Decided.Function).contains(ValueSuffix);
+}
+
+/// The entries for what was \p Decided about \p M.  A name has one for each
+/// place: where a function hands values on to another one beside it, that one
+/// is meant, as it is where plans are obeyed.
 static std::vector<PlanEntry> makeEntries(const Module &M,
                                           ArrayRef<Decision> Decided) {
+  StringSet<> HandedOn;
+  for (const Decision &One : Decided)
+    if (handsValuesOn(One))
+      HandedOn.insert(getNameInSource(One.Function));
   std::vector<PlanEntry> Entries;
-  StringMap<size_t> Numbers;
+  std::set<std::pair<std::string, Place>> Seen;
   for (const Decision &One : Decided) {
     std::optional<PlanEntry> Entry = makeEntry(M, One);
-    if (!Entry)
-      continue;
-    const auto [It, IsFirst] = Numbers.try_emplace(Entry->Name, Entries.size());
-    if (IsFirst)
+    if (Entry && handsValuesOn(One) == HandedOn.contains(Entry->Name) &&
+        Seen.emplace(Entry->Name, Entry->Where).second)
       Entries.push_back(std::move(*Entry));
-    else if (StringRef(One.Function).contains(ValueSuffix))
-      Entries[It->second] = std::move(*Entry);
   }
   return Entries;
 }

@@ -5,6 +5,7 @@
 #include "plugin/plan/Planned.h"
 #include "plugin/tell/Decisions.h"
 #include "plugin/tell/PlanRecord.h"
+#include "llvm/ADT/MapVector.h"
 #include "llvm/ADT/STLExtras.h"
 #include "llvm/Analysis/OptimizationRemarkEmitter.h"
 #include "llvm/IR/Module.h"
@@ -22,6 +23,18 @@ static Function *findPlace(Module &M, ArrayRef<Decision> Decided) {
   const auto Found =
       find_if(M, [](const Function &F) { return !F.isDeclaration(); });
   return Found == M.end() ? nullptr : &*Found;
+}
+
+/// The last one of \p Decided about each function: what counts is what has
+/// become of it.
+static SmallVector<Decision, 0> findLast(ArrayRef<Decision> Decided) {
+  MapVector<StringRef, Decision> Last;
+  for (const Decision &One : Decided)
+    Last[One.Function] = One;
+  SmallVector<Decision, 0> Result;
+  for (const auto &Named : Last)
+    Result.push_back(Named.second);
+  return Result;
 }
 
 static void tellSummary(Module &M, ArrayRef<Decision> Decided) {
@@ -50,7 +63,7 @@ static void tellSummary(Module &M, ArrayRef<Decision> Decided) {
 
 PreservedAnalyses SummaryPass::run(Module &M, ModuleAnalysisManager &) {
   const std::vector<Decision> Decided = readDecisions(M);
-  tellSummary(M, Decided);
+  tellSummary(M, findLast(Decided));
   writePlan(M, Decided);
   endDecisions(M);
   endPlans(M);
