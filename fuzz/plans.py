@@ -5,7 +5,8 @@ plan of its own, drawn from the language of plans whether it can be built or
 not; what cannot is refused with a warning, and nothing else may happen. That
 build writes its plan too, in which parts stand that the plugin has made: the
 rest of a split, copies for states. Those get plans as well, for a third build.
-All of that is done twice.
+All of that is done twice. In some builds, what a build has written that obeyed
+random plans is obeyed, too, and has to make the same program, byte by byte.
 
 What is drawn for a function depends on the seed, its name and the place alone,
 so that it is the same in a smaller program.
@@ -18,6 +19,7 @@ import re
 import time
 from dataclasses import dataclass
 
+from case import Failure
 from matrix import Build
 
 PLAN_FILE = "plans.yaml"
@@ -182,6 +184,7 @@ class PlannedBuild(Build):
         self.seed = rng.random()
         self.share = rng.choice((0.4, 0.9, 1))  # of functions with a plan
         self.growth = f"{GROWTH}={rng.choice((1000, 4000, 20000))}"
+        self.repeats = rng.random() < 0.3
         self.entries = None
         self.now = []  # options of the build that is being made
 
@@ -243,7 +246,7 @@ class PlannedBuild(Build):
 
     def check(self, case, wanted, counts=None):
         if self.entries is not None:
-            self.obey(case, wanted, counts, writes=False)
+            self.obey(case, wanted, counts, writes=self.repeats)
             return
         self.now = [f"-inlinerecursion-write-plan={WRITTEN}"]
         case.compile(self.commands(case, "with"), self.plugin.limited)
@@ -269,9 +272,31 @@ class PlannedBuild(Build):
         with open(os.path.join(case.directory, PLAN_FILE), "w") as file:
             file.write(print_plans(self.entries))
         self.now = [f"-inlinerecursion-plan={PLAN_FILE}"]
-        if writes:
-            self.now.append(f"-inlinerecursion-write-plan={WRITTEN}")
+        if not writes:
+            super().check(case, wanted, counts)
+            return
+        self.now.append(f"-inlinerecursion-write-plan={WRITTEN}")
         super().check(case, wanted, counts)
+        if self.repeats:
+            self.repeat(case, counts)
+
+    def repeat(self, case, counts):
+        """Has the plan obeyed that has just been written."""
+        if not os.path.exists(os.path.join(case.directory, WRITTEN)):
+            return
+        first = self.commands(case, "with")
+        self.now = [f"-inlinerecursion-plan={WRITTEN}"]
+        again = self.commands(case, "again")
+        case.compile(again, self.plugin.limited)
+        programs = []
+        for name in ("with", "again"):
+            with open(os.path.join(case.directory, name), "rb") as file:
+                programs.append(file.read())
+        if programs[0] != programs[1]:
+            raise Failure("round-trip", [*first, *again, ["cmp", "with", "again"]],
+                          "the plan that was written makes another program")
+        if counts is not None:
+            counts["repeated"] += 1
 
     def count(self, case, err, counts):
         super().count(case, err, counts)
@@ -297,7 +322,8 @@ def closing_words(counts):
                         for shape in SHAPES if shape != "none")
     return (f"{counts['plans']} plans ({counts['followed']} followed "
             f"({by_shape('followed')}), {counts['refused']} refused "
-            f"({by_shape('refused')}), {counts['ignored']} not counted), ")
+            f"({by_shape('refused')}), {counts['ignored']} not counted), "
+            f"{counts['repeated']} repeated as written, ")
 
 
 def list_reasons(counts):
