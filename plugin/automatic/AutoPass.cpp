@@ -108,6 +108,7 @@ public:
 private:
   SmallVector<Function *, 8> collect();
   bool isRefused(Function &F);
+  void markSeen(Function &F) const;
   void addCandidate(Function &F, bool IsRest);
   void rethink(Candidate &C);
   void forgetAround(const Function &F);
@@ -165,6 +166,17 @@ bool AutoRun::isRefused(Function &F) {
   return true;
 }
 
+/// \p F is looked at, and not once more behind the inliner, unless a plan says
+/// so: one for \p F, not for what it was built of.
+void AutoRun::markSeen(Function &F) const {
+  if (!Limits.InlinerFollows)
+    return;
+  if (isPlannedLate(F))
+    F.removeFnAttr(SeenMark);
+  else
+    F.addFnAttr(SeenMark);
+}
+
 /// The functions to ask about, each with a body and a call of itself.
 SmallVector<Function *, 8> AutoRun::collect() {
   const bool IsSecondLook = !Limits.InlinerFollows;
@@ -176,8 +188,7 @@ SmallVector<Function *, 8> AutoRun::collect() {
       continue;
     if (!isRefused(F))
       Recursive.push_back(&F);
-    if (!IsSecondLook && !isPlannedLate(F))
-      F.addFnAttr(SeenMark);
+    markSeen(F);
   }
   return Recursive;
 }
@@ -205,8 +216,10 @@ void AutoRun::forgetAround(const Function &F) {
 
 void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidate C(F, IsRest);
-  if (IsRest)
+  if (IsRest) {
     replanPart(F, /*IsLate=*/!Limits.InlinerFollows);
+    markSeen(F);
+  }
   rethink(C);
   Trial Tried(F, FAM, Limits, *C.Known, *C.Wanted);
   // States have a budget of their own, and what a plan or the source asks for

@@ -68,10 +68,16 @@ void llvm::inlinerecursion::replanPart(Function &F, bool IsLate) {
   if (!Book)
     return;
   const Module &M = *F.getParent();
-  for (const PlanEntry *Entry :
-       Book->find(F.getName(), getSourceFile(M), getPlace(M, IsLate)))
-    if (Entry->Body.empty() || Entry->Body == getBodyHash(F))
-      return setPlan(F, Entry->Plan, Entry->Origin, /*IsLate=*/false);
+  auto Replan = [&](bool InLateLook) {
+    for (const PlanEntry *Entry :
+         Book->find(F.getName(), getSourceFile(M), getPlace(M, InLateLook)))
+      if (Entry->Body.empty() || Entry->Body == getBodyHash(F))
+        return setPlan(F, Entry->Plan, Entry->Origin,
+                       /*IsLate=*/InLateLook != IsLate);
+  };
+  Replan(IsLate);
+  if (!IsLate)
+    Replan(/*InLateLook=*/true);
 }
 
 bool llvm::inlinerecursion::isInLinkStep(const Module &M) {

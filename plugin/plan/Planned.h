@@ -47,8 +47,8 @@ void dropPlan(Function &F);
 /// The look behind the inliner begins: its plans are the ones that count.
 void beginLateLook(Module &M);
 
-/// Gives \p F, which has just been built, the plan that the obeyed file has for
-/// it, in place of the one of the function that it was built of.
+/// Gives \p F, which has just been built in this look, the plans that the obeyed
+/// file has for it, in place of those of the function that it was built of.
 void replanPart(Function &F, bool IsLate);
 
 /// Is \p M in a link step, and has seen the plugin in a compile step?
