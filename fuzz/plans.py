@@ -230,7 +230,8 @@ class PlannedBuild(Build):
                 hopeless.add((entry.module, entry.name))
             wanted.setdefault(entry.key(), entry.plan)
             late = "link-late" if entry.where.startswith("link") else "late"
-            wanted.setdefault((entry.module, entry.name, late), None)
+            if self.kind != "pipeline":  # which has no inliner
+                wanted.setdefault((entry.module, entry.name, late), None)
             if self.lto and entry.where == "early":
                 for where in ("link", "link-late"):
                     wanted.setdefault(("", entry.name, where), None)
