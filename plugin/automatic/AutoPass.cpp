@@ -109,6 +109,7 @@ private:
   SmallVector<Function *, 8> collect();
   bool isRefused(Function &F);
   void markSeen(Function &F) const;
+  void adopt(Function &F) const;
   void addCandidate(Function &F, bool IsRest);
   void rethink(Candidate &C);
   void forgetAround(const Function &F);
@@ -163,6 +164,12 @@ bool AutoRun::isRefused(Function &F) {
   const std::optional<PlanSpec> Plan = getPlan(F);
   if (Plan && Plan->Kind != PlanSpec::None && !Plan->ByRules)
     warnAboutPlan(F, explainIllegal(F));
+  // In front of the inliner that is told with what the pass refuses.
+  if (Plan && Plan->Kind == PlanSpec::None && !Limits.InlinerFollows) {
+    Verdict Why = explainIllegal(F);
+    Why.IsLate = true;
+    emitRemark(F, Why);
+  }
   return true;
 }
 
@@ -214,12 +221,20 @@ void AutoRun::forgetAround(const Function &F) {
       C.Known.reset();
 }
 
+/// Takes from \p F, which has just been built, the plans of what it was built
+/// of.
+void AutoRun::adopt(Function &F) const {
+  replanPart(F, /*IsLate=*/!Limits.InlinerFollows);
+  markSeen(F);
+}
+
 void AutoRun::addCandidate(Function &F, bool IsRest) {
   Candidate C(F, IsRest);
-  if (IsRest) {
-    replanPart(F, /*IsLate=*/!Limits.InlinerFollows);
-    markSeen(F);
-  }
+  if (IsRest)
+    adopt(F);
+  // With a plan for later alone it is left until then, as others are.
+  if (IsRest && isPlannedLate(F) && !getPlan(F))
+    return;
   rethink(C);
   Trial Tried(F, FAM, Limits, *C.Known, *C.Wanted);
   // States have a budget of their own, and what a plan or the source asks for
@@ -317,6 +332,8 @@ void AutoRun::buildPlan(Candidate &C, Function &F, const Plan &Granted) {
     addCandidate(*Result.Rest, /*IsRest=*/true);
   for (Function *Copy : Result.Copies)
     addCandidate(*Copy, /*IsRest=*/true);
+  for (Function *Copy : Result.OtherCopies)
+    adopt(*Copy);
 }
 
 /// What the plan that \p Tried was made by wants to have prepared and \p Tried

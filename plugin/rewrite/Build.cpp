@@ -31,7 +31,7 @@ Built llvm::inlinerecursion::build(Function &F, const Plan &What, Driver &D) {
     buildLeaves(F, What, D, Result.Changed);
     break;
   case Plan::States:
-    Result.Copies = buildStates(F, *What.Known);
+    buildStates(F, *What.Known, Result.Copies, Result.OtherCopies);
     break;
   case Plan::Ring:
     buildRing(F, What, D, Result.Changed);

@@ -29,6 +29,8 @@ struct Built {
   Function *Rest = nullptr;
   /// The copies for states that call themselves, to be asked about in turn.
   SmallVector<Function *, 4> Copies;
+  /// All other copies for states.
+  SmallVector<Function *, 4> OtherCopies;
 };
 
 /// Builds what \p What says of \p F, for which it was made.

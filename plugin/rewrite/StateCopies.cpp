@@ -69,8 +69,10 @@ static void keepApart(Function &Copy) {
   Copy.addFnAttr(Attribute::NoInline);
 }
 
-SmallVector<Function *, 4>
-llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
+void llvm::inlinerecursion::buildStates(
+    Function &F, const StateSet &States,
+    SmallVectorImpl<Function *> &RecursiveCopies,
+    SmallVectorImpl<Function *> &OtherCopies) {
   Specializations Made(F);
   std::vector<Specializations::CallMap> Calls(States.States.size());
   for (auto [S, CallsOfS] : zip(States.States, Calls)) {
@@ -101,18 +103,17 @@ llvm::inlinerecursion::buildStates(Function &F, const StateSet &States) {
   for (auto [Call, Number] : States.Entries)
     Made.redirect(*Call, Target(Number));
 
-  SmallVector<Function *, 4> Recursive;
   SmallVector<Function *, 16> Others;
   for (Function *Copy : Made.getCopies()) {
     eraseUnusedVariables(*Copy);
-    if (hasLargeFrame(*Copy))
+    const bool IsLarge = hasLargeFrame(*Copy);
+    const bool IsAskedAbout = !IsLarge && isDirectlyRecursive(*Copy);
+    if (IsLarge)
       keepApart(*Copy);
-    else if (isDirectlyRecursive(*Copy))
-      Recursive.push_back(Copy);
-    else
+    else if (!IsAskedAbout)
       Others.push_back(Copy);
+    (IsAskedAbout ? RecursiveCopies : OtherCopies).push_back(Copy);
   }
   unsigned GrowthLeft = States.getSize();
   planInlining(Others, MaxInlinedSize, GrowthLeft);
-  return Recursive;
 }

@@ -39,9 +39,11 @@ namespace inlinerecursion {
 struct StateSet;
 
 /// Builds a copy of \p F for each of \p States, which were found for it as it
-/// is.  Returns the copies that call themselves, but for those
-/// with large frames.
-SmallVector<Function *, 4> buildStates(Function &F, const StateSet &States);
+/// is.  To \p RecursiveCopies go those that call themselves, but for those with
+/// large frames, to \p OtherCopies all others.
+void buildStates(Function &F, const StateSet &States,
+                 SmallVectorImpl<Function *> &RecursiveCopies,
+                 SmallVectorImpl<Function *> &OtherCopies);
 
 } // namespace inlinerecursion
 } // namespace llvm

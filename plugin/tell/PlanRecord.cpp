@@ -6,6 +6,7 @@
 #include "plugin/plan/PlanBook.h"
 #include "plugin/plan/PlanOptions.h"
 #include "plugin/tell/Decisions.h"
+#include "llvm/ADT/StringMap.h"
 #include "llvm/ADT/StringSet.h"
 #include "llvm/IR/Module.h"
 #include "llvm/Support/WithColor.h"
@@ -44,16 +45,22 @@ static bool handsValuesOn(const Decision &Decided) {
 
 /// The entries for what was \p Decided about \p M.  A name has one for each
 /// place: where a function hands values on to another one beside it, that one
-/// is meant, as it is where plans are obeyed.
+/// is meant, as it is where plans are obeyed.  What is planned for later alone
+/// is left until then, which need not be said.
 static std::vector<PlanEntry> makeEntries(const Module &M,
                                           ArrayRef<Decision> Decided) {
   StringSet<> HandedOn;
-  for (const Decision &One : Decided)
+  StringMap<const Decision *> Last;
+  for (const Decision &One : Decided) {
+    Last[One.Function] = &One;
     if (handsValuesOn(One))
       HandedOn.insert(getNameInSource(One.Function));
+  }
   std::vector<PlanEntry> Entries;
   std::set<std::pair<std::string, Place>> Seen;
   for (const Decision &One : Decided) {
+    if (One.Plan.empty() && Last[One.Function] != &One)
+      continue;
     std::optional<PlanEntry> Entry = makeEntry(M, One);
     if (Entry && handsValuesOn(One) == HandedOn.contains(Entry->Name) &&
         Seen.emplace(Entry->Name, Entry->Where).second)
