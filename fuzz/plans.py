@@ -184,7 +184,9 @@ class PlannedBuild(Build):
         self.seed = rng.random()
         self.share = rng.choice((0.4, 0.9, 1))  # of functions with a plan
         self.growth = f"{GROWTH}={rng.choice((1000, 4000, 20000))}"
-        self.repeats = rng.random() < 0.3
+        # LLVM emits probes in the order of addresses.
+        self.repeats = rng.random() < 0.3 and \
+            "-fpseudo-probe-for-profiling" not in self.extra
         self.entries = None
         self.now = []  # options of the build that is being made
 

@@ -8,7 +8,7 @@ static int ticket(int N) {
   History[Served % 64] = N;
   ++Served;
   if (N == 0)
-    return Served * 100 + History[Served / 2];
+    return Served * 100 + History[Served / 2 % 64];
   return ticket(N - 1) - 1;
 }
 
