@@ -31,7 +31,7 @@ target=${1-}
 # libraries behind LLVM's static archives (zstd, libedit, curl) is needed.
 packages=(llvm-16-dev llvm-16-tools clang-16 lld-16 flang-16 libclang-rt-16-dev
           cmake ninja-build g++ gcc python3 python3-yaml libgtest-dev libgmock-dev
-          graphviz)
+          graphviz python3-scipy python3-matplotlib python3-tqdm)
 if [[ $all ]]; then
   packages+=(libtool-bin ccache distcc)
   for version in 14 15 19; do

@@ -79,6 +79,10 @@ config.substitutions.append(
 config.substitutions.append(
     ("%plan_tool", f"{python} "
      + os.path.join(config.test_source_root, "..", "scripts", "inlinerecursion-plan")))
+# The search for the best plan, by the Python that Debian has the libraries for.
+config.substitutions.append(
+    ("%tune", os.path.join(config.test_source_root, "..", "scripts",
+                           "inlinerecursion-tune")))
 # The commands of a document, run and compared.
 config.substitutions.append(
     ("%documented",

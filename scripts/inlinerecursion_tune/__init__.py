@@ -1,0 +1,1 @@
+"""Finds the plans for recursive functions with which one program runs fastest."""

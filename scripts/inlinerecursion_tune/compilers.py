@@ -1,0 +1,121 @@
+"""The compilers that builds call: clang and flang, with what the place wants of them.
+
+They are scripts, the same for every build. What differs is in configuration files at the
+place, which clang reads without complaint where an option does not apply, as in a call
+that only links.
+"""
+
+import re
+import shlex
+import shutil
+from dataclasses import dataclass
+from pathlib import Path
+
+from inlinerecursion_tune.errors import TuneError
+
+# Assembler sources know no options of a plugin.
+CLANG = """\
+#!/bin/sh
+echo "$*" >> {place}/calls
+case " $* " in
+*.s\\ *|*.S\\ *|*.sx\\ *) exec {compiler} "$@" ;;
+*" -c "*|*" -S "*|*" -E "*) ;;
+*" -fuse-ld=lld "*)
+  case " $* " in *" -flto"*)
+    exec {compiler} --config={place}/compile.cfg --config={place}/link.cfg "$@" ;;
+  esac ;;
+esac
+exec {compiler} --config={place}/compile.cfg "$@"
+"""
+# flang reads options behind -mllvm before it loads plugins, so the plugin is there
+# before all else; the linker, which flang starts, must not get it.
+FLANG = """\
+#!/bin/sh
+echo "$*" >> {place}/calls
+case " $* " in
+*" -c "*|*" -S "*)
+  [ -s {place}/flang.cfg ] && export LD_PRELOAD={plugin}
+  exec {compiler} --config={place}/flang.cfg "$@" ;;
+esac
+exec {compiler} "$@" -L{libraries}
+"""
+NAMES = {"cc": ("clang", CLANG), "cxx": ("clang++", CLANG), "fc": ("flang-new", FLANG)}
+PROFILE = "-fprofile-instr-generate\n"
+
+
+@dataclass
+class Tools:
+    """Where the plugin and the LLVM that it is for are."""
+
+    plugin: Path
+    llvm: Path
+
+    def find(self, name):
+        """A tool of this LLVM, or None."""
+        path = self.llvm / name
+        return path if path.exists() else None
+
+    def describe(self):
+        return f"{self.plugin} {self.llvm}"
+
+
+def find_plugin(here):
+    """The plugin of this checkout, or of this installation."""
+    for folder in (here.parent / "build/release/lib", here.parent / "lib",
+                   *sorted((here.parent / "lib").glob("*-linux-gnu"))):
+        if found := sorted(folder.glob("InlineRecursion-*.so")):
+            return found[-1]
+    raise TuneError("the plugin is not found: name it with --plugin FILE", 2)
+
+
+def find_llvm(plugin):
+    match = re.fullmatch(r"InlineRecursion-(\d+)\.so", plugin.name)
+    major = match[1] if match else "16"
+    folder = Path(f"/usr/lib/llvm-{major}/bin")
+    if not folder.is_dir():
+        clang = shutil.which(f"clang-{major}")
+        if not clang:
+            raise TuneError(f"clang-{major} is not found: install it, or name the folder"
+                            " of its LLVM with --llvm DIR", 2)
+        folder = Path(clang).resolve().parent
+    return folder
+
+
+def write_compilers(workspace, tools):
+    """{"cc": path, ...} of those that this LLVM has."""
+    folder = workspace.folder / "bin"
+    folder.mkdir(exist_ok=True)
+    written = {}
+    for name, (tool, script) in NAMES.items():
+        compiler = tools.find(tool)
+        if not compiler:
+            continue
+        written[name] = folder / name
+        written[name].write_text(script.format(
+            compiler=shlex.quote(str(compiler)), place=workspace.place,
+            plugin=shlex.quote(str(tools.plugin)),
+            libraries=shlex.quote(str(tools.llvm.parent / "lib"))))
+        written[name].chmod(0o755)
+    return written
+
+
+def write_configuration(workspace, tools, with_plugin, instrumented=False):
+    """What the compilers are to do in the build that begins."""
+    place, plugin = workspace.place, tools.plugin
+    options = [f"-inlinerecursion-plan={place}/plan.yaml",
+               f"-inlinerecursion-write-plan={place}/written.yaml"]
+    load = f"-fpass-plugin={plugin}\n"
+    behind = "".join(f"-mllvm {option}\n" for option in options)
+    link = "".join(f"-Wl,-mllvm,{option}\n" for option in [f"-load={plugin}", *options])
+    compile_ = f"{load}-Xclang -load -Xclang {plugin}\n{behind}"
+    if instrumented:
+        compile_ = PROFILE
+    elif not with_plugin:
+        compile_ = ""
+    texts = {
+        "compile.cfg": compile_,
+        "link.cfg": f"-Wl,--load-pass-plugin={plugin}\n{link}" if with_plugin else "",
+        "flang.cfg": load + behind if with_plugin else "",
+    }
+    for name, text in texts.items():
+        (place / name).write_text(text)
