@@ -1,6 +1,7 @@
 """The working folder.
 
     state.json      what is known (state.py)
+    outputs         what the tuner has written elsewhere
     sources/        the sources as they were at the beginning
     bin/            the compilers that builds call (compilers.py)
     place/          the build that runs, or is being built, now
@@ -82,12 +83,20 @@ class Workspace:
         except BlockingIOError:
             raise TuneError(f"{self.folder}: another tuner is at work there; name another"
                             " folder with --work") from None
+        self.note_outputs()
+
+    def note_outputs(self):
+        """What earlier calls have written is no input, either."""
+        noted = self.folder / "outputs"
+        if noted.exists():
+            self.leave_out |= set(map(Path, noted.read_text().splitlines()))
+        noted.write_text("".join(f"{path}\n" for path in sorted(self.leave_out)))
 
     def clear(self):
         for path in self.folder.iterdir():
             if path.is_dir():
                 shutil.rmtree(path)
-            elif path.name not in ("lock", ".gitignore"):
+            elif path.name not in ("lock", ".gitignore", "outputs"):
                 path.unlink()
 
     def check_size(self, limit):
