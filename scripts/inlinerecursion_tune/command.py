@@ -158,7 +158,7 @@ def make_options(given, here):
 
 def run(argv, here):
     try:
-        import scipy.stats  # noqa: F401
+        import scipy.special  # noqa: F401
         import yaml  # noqa: F401
     except ModuleNotFoundError as error:
         if error.name not in MODULES:

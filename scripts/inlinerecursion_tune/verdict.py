@@ -16,7 +16,7 @@ import math
 import statistics
 from dataclasses import dataclass
 
-from scipy.stats import binom
+from scipy.special import bdtr
 
 LOOKS = (10, 14, 20, 28, 40)
 ERROR = 0.01
@@ -46,11 +46,11 @@ class Verdict:
 def find_interval(ratios):
     """The interval of the median, at the confidence of one look."""
     error = ERROR / len(LOOKS)
-    # As many ratios are left out at each end as leave out the median less often than that:
-    # how many ratios are below it is a number of heads of as many coins.
-    left_out = int(binom.ppf(error / 2, len(ratios), 0.5))
-    if binom.cdf(left_out, len(ratios), 0.5) > error / 2:
-        left_out -= 1
+    # How many ratios lie below the median is how many of as many coins show heads. So
+    # many are left out at each end that this happens no more often than the error.
+    left_out = -1
+    while bdtr(left_out + 1, len(ratios), 0.5) <= error / 2:
+        left_out += 1
     ordered = sorted(ratios)
     if left_out < 0:
         return -math.inf, math.inf
