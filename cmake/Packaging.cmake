@@ -55,14 +55,17 @@ clang-${LLVM_VERSION_MAJOR} --config=inlinerecursion.cfg -O3 program.c
 .
 With it come configuration files, a CMake package, the library for compilers
 that link the pass, headers, documentation, examples, inlinerecursion-report,
-which shows what the plugin did to a whole program, and inlinerecursion-plan,
-which shows, merges and checks plans of what it is to do.")
+which shows what the plugin did to a whole program, inlinerecursion-plan, which
+shows, merges and checks plans of what it is to do, and inlinerecursion-tune,
+which finds the plan that makes a program fastest.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
   "libc6, libgcc-s1, libllvm${LLVM_VERSION_MAJOR}, libstdc++6, python3, python3-yaml")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS clang-${LLVM_VERSION_MAJOR})
+# The Python libraries are what inlinerecursion-tune works with.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+  "clang-${LLVM_VERSION_MAJOR}, python3-matplotlib, python3-scipy, python3-tqdm")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS
   "cmake, flang-${LLVM_VERSION_MAJOR}, graphviz, lld-${LLVM_VERSION_MAJOR}, llvm-${LLVM_VERSION_MAJOR}")
 include(CPack)

@@ -107,6 +107,10 @@ class Session:
         wanted = self.options.function
         chosen = [target for target in targets if not wanted
                   or wanted.search(target.title) or wanted.search(target.name)]
+        if not chosen:
+            raise TuneError(
+                f"no recursive function fits --function '{wanted.pattern}'; there are: "
+                + ", ".join(target.title for target in targets))
         hot = hotness.rank(chosen, self.find_counts())
         number = table.count(len(chosen), "recursive function")
         way = self.state.facts["hot by"]

@@ -33,6 +33,8 @@ HOLDS = [
     "usr/share/inlinerecursion/picture.py",
     "usr/share/inlinerecursion/inlinerecursion_plan/command.py",
     "usr/share/inlinerecursion/inlinerecursion_report/command.py",
+    "usr/bin/inlinerecursion-tune",
+    "usr/share/inlinerecursion/inlinerecursion_tune/command.py",
     "usr/share/doc/inlinerecursion-16/README.md",
     "usr/share/doc/inlinerecursion-16/copyright",
     "usr/share/doc/inlinerecursion-16/docs/user-guide.md",
@@ -84,7 +86,7 @@ def check_fields(package):
     about = run("dpkg-deb", "-f", package.path)
     about.needs(f"Package: {PACKAGE}\n", "Version: 0.1.0-1\n", "Section: devel\n",
                 "Maintainer: InlineRecursion maintainers <", "Architecture: ",
-                "Recommends: clang-16\n", "flang-16", "Description: LLVM 16 plugin")
+                "Recommends: clang-16, python3-matplotlib, python3-scipy, python3-tqdm\n", "flang-16", "Description: LLVM 16 plugin")
     depends = run("dpkg-deb", "-f", package.path, "Depends").needs("libllvm16",
                                                                  "python3-yaml")
     depends.lacks("clang")
@@ -123,6 +125,14 @@ def check_unpacked(package):
         package.scratch / "recorded.opt.yaml").needs("f(int)", " ring ")
     run(root / "usr/bin/inlinerecursion-plan", "show",
         plan).needs("f(int)", " ring copies=3 ")
+    tuned = package.scratch / "tuned"
+    tuned.mkdir(exist_ok=True)
+    (tuned / "a.cpp").write_text(SOURCE)
+    # The parts, the plugin and its compiler are found; the program is too short to tune.
+    run(root / "usr/bin/inlinerecursion-tune", "--source", tuned, "--work",
+        package.scratch / "tuning", "--function", "^no", "--build",
+        "{cxx} -O3 a.cpp -o a", "--run", "./a || true", status=1).needs(
+            "no recursive function fits --function '^no'; there are: f(int)")
     if left := list(root.rglob("__pycache__")):
         raise Failed(f"the tools leave files behind: {left}")
 
