@@ -62,6 +62,7 @@ config.substitutions += [
     ("%clang", llvm_tool("clang")),
     ("%lld", llvm_tool("ld.lld")),
     ("%flang", llvm_tool("flang-new")),
+    ("%llvm_bin", config.llvm_tools_dir),
     ("%llvm_libs", os.path.join(config.llvm_tools_dir, "..", "lib")),
     ("%python", python),
     # IR functions with exact counts; see the docstrings of the two scripts.
