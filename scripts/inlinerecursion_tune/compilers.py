@@ -55,6 +55,14 @@ class Tools:
         path = self.llvm / name
         return path if path.exists() else None
 
+    def find_header(self):
+        """The option for the folder of inlinerecursion/request.h, which sources may need
+        without the plugin as well: that of an installation, or of a checkout."""
+        for folder in (self.plugin.parents[1], *self.plugin.parents[2:4]):
+            if (folder / "include/inlinerecursion/request.h").exists():
+                return f"-idirafter {folder / 'include'}\n"
+        return ""
+
     def describe(self):
         return f"{self.plugin} {self.llvm}"
 
@@ -113,7 +121,7 @@ def write_configuration(workspace, tools, with_plugin, instrumented=False):
     elif not with_plugin:
         compile_ = ""
     texts = {
-        "compile.cfg": compile_,
+        "compile.cfg": tools.find_header() + compile_,
         "link.cfg": f"-Wl,--load-pass-plugin={plugin}\n{link}" if with_plugin else "",
         "flang.cfg": load + behind if with_plugin else "",
     }
