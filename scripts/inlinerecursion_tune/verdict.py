@@ -58,10 +58,11 @@ def find_interval(ratios):
 
 
 def give_up(ratios):
-    """Is there no point in going on? Only asked in front of the first look."""
+    """Is there no point in going on?"""
     if len(ratios) == 2:
         return min(ratios) > FAR_SLOWER
-    return len(ratios) == 3 and statistics.median(ratios) > -LEAST_GAIN
+    return (len(ratios) in (3, *LOOKS[:-1])
+            and statistics.median(ratios) > -LEAST_GAIN)
 
 
 def name_interval(low, high, is_last):
@@ -82,13 +83,14 @@ def judge(ratios, may_give_up=True):
     if pairs == 0:
         return None
     middle = math.exp(statistics.median(ratios))
-    if may_give_up and give_up(ratios):
-        word = "slower" if pairs == 2 else "no faster"
-        return Verdict(word, pairs, middle, why="given up early")
+    gives_up = may_give_up and give_up(ratios)
     if pairs not in LOOKS:
-        return None
+        word = "slower" if pairs == 2 else "no faster"
+        return Verdict(word, pairs, middle, why="given up early") if gives_up else None
     low, high = find_interval(ratios)
     word = name_interval(low, high, pairs == LOOKS[-1])
+    if not word and gives_up:
+        word = "no faster"
     if not word:
         return None
     why = ""

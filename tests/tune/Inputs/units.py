@@ -65,13 +65,15 @@ class Verdicts(unittest.TestCase):
         self.assertEqual(race(lambda: 0.1).pairs, 2)
         self.assertEqual(race(lambda: 0.0).pairs, 3)
         self.assertIsNone(verdict.judge([0.1, -0.1]))
+        # What has looked good so far, and does so no more at a look.
+        self.assertEqual(race(iter([-0.1] * 3 + [0.02, 0.02, -0.02] * 15).__next__).pairs, 10)
         self.assertIsNone(verdict.judge([0.1] * 3, may_give_up=False))
 
     def test_one_lucky_pair_does_not_keep_a_plan_in_the_race(self):
         self.assertEqual(verdict.judge([-0.9, 0.01, 0.01]).word, "no faster")
 
     def test_wide_spread_is_undecided(self):
-        found = race(iter([-0.5, 0.4, -0.6] + [0.5, -0.5] * 20).__next__)
+        found = race(iter([-0.5, 0.4, -0.6] + [0.5, -0.5, -0.5] * 20).__next__)
         self.assertEqual((found.word, found.pairs), ("undecided", verdict.LOOKS[-1]))
         self.assertIn("spread", found.why)
 
