@@ -72,6 +72,7 @@ class Builder:
             instrumented=variant == PROFILED)
         (place / "plan.yaml").write_text(plans.format_plan(plan, self.targets),
                                          errors="surrogateescape")
+        self.note_concerned(variant, plan)
         status = self.run_command()
         if status:
             raise TuneError(f"{what} fails with status {status}; it ends with"
@@ -82,6 +83,17 @@ class Builder:
                 " these on, and have everything built anew, as with"
                 " 'make -B CC={cc} CXX={cxx}'")
         self.workspace.finish(variant)
+
+    def note_concerned(self, variant, plan):
+        """Objects are shared by builds with the plugin, if it is known what is whose."""
+        if variant in (PLAIN, PROFILED):
+            return
+        entries = [entry for target in self.targets if target.key in plan
+                   for entry in target.entries]
+        if all(entry.module for entry in entries):
+            compilers.write_concerned(
+                self.workspace, [entry.module for entry in entries]
+                + [entry.file for entry in entries if entry.file], variant == DEFAULT)
 
     def hash_programs(self, variant):
         """What tells builds apart; the name where there is no program."""

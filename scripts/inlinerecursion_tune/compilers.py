@@ -19,13 +19,62 @@ CLANG = """\
 echo "$*" >> {place}/calls
 case " $* " in
 *.s\\ *|*.S\\ *|*.sx\\ *) exec {compiler} "$@" ;;
-*" -c "*|*" -S "*|*" -E "*) ;;
+*" -c "*) compiler={compiler}; . {folder}/bin/reuse ;;
+*" -S "*|*" -E "*) ;;
 *" -fuse-ld=lld "*)
   case " $* " in *" -flto"*)
     exec {compiler} --config={place}/compile.cfg --config={place}/link.cfg "$@" ;;
   esac ;;
 esac
 exec {compiler} --config={place}/compile.cfg "$@"
+"""
+# A file that a plan is not about comes out as with the plugin's default: that build keeps
+# its objects, under the hash of folder and command line, and others take them.
+REUSE = """\
+# Ends the compiler's script if it knows the object, or has compiled it.
+reusable() {{
+  source= object= listing= wants=
+  for word; do
+    case $wants in
+    object) object=$word; wants=; continue ;;
+    listing) listing=$word; wants=; continue ;;
+    skipped) wants=; continue ;;
+    esac
+    case $word in
+    -o) wants=object ;;
+    -MF) wants=listing ;;
+    -MD|-MMD) listing=${{listing:-beside}} ;;
+    -MT|-MQ|-I|-D|-U|-include|-isystem|-idirafter|-iquote|-Xclang|-mllvm|-arch)
+      wants=skipped ;;
+    -o*|-MF*|-S|-E|-M|-MM|-|@*|-x*|-save-temps*|--coverage|-fprofile*|-f*coverage*|\\
+    -gsplit*|-fsave*|-fmodule*|-emit*|-MJ*) return 1 ;;
+    *.c|*.cc|*.cpp|*.cxx|*.C|*.c++|*.cp|*.CPP)
+      [ -z "$source" ] || return 1
+      source=$word ;;
+    esac
+  done
+  [ "$source" ] || return 1
+  name=${{source##*/}}
+  object=${{object:-${{name%.*}}.o}}
+  [ "$listing" != beside ] || listing=${{object%.*}}.d
+}}
+if [ -e {place}/concerned ] && reusable "$@"; then
+  known={folder}/objects/$(printf '%s\\n' "$0" "$PWD" "$@" | sha256sum | cut -c1-32)
+  if [ -e $known/object ] && ! grep -qxF -e "$name" {place}/concerned; then
+    echo "known: $name" >> {place}/calls
+    cp $known/object "$object" || exit
+    [ -z "$listing" ] || cp $known/listing "$listing"
+    exit
+  fi
+  "$compiler" --config={place}/compile.cfg "$@" || exit
+  if [ -e {place}/keeps ] && [ ! -e $known ]; then
+    mkdir -p {folder}/objects $known.$$
+    cp "$object" $known.$$/object
+    [ -z "$listing" ] || cp "$listing" $known.$$/listing
+    mv -T $known.$$ $known 2>/dev/null || rm -rf $known.$$
+  fi
+  exit 0
+fi
 """
 # flang reads options behind -mllvm before it loads plugins, so the plugin is there
 # before all else; the linker, which flang starts, must not get it.
@@ -93,6 +142,8 @@ def write_compilers(workspace, tools):
     """{"cc": path, ...} of those that this LLVM has."""
     folder = workspace.folder / "bin"
     folder.mkdir(exist_ok=True)
+    (folder / "reuse").write_text(
+        REUSE.format(place=workspace.place, folder=workspace.folder))
     written = {}
     for name, (tool, script) in NAMES.items():
         compiler = tools.find(tool)
@@ -102,7 +153,8 @@ def write_compilers(workspace, tools):
         written[name].write_text(script.format(
             compiler=shlex.quote(str(compiler)), place=workspace.place,
             plugin=shlex.quote(str(tools.plugin)),
-            libraries=shlex.quote(str(tools.llvm.parent / "lib"))))
+            libraries=shlex.quote(str(tools.llvm.parent / "lib")),
+            folder=workspace.folder))
         written[name].chmod(0o755)
     return written
 
@@ -127,3 +179,11 @@ def write_configuration(workspace, tools, with_plugin, instrumented=False):
     }
     for name, text in texts.items():
         (place / name).write_text(text)
+
+
+def write_concerned(workspace, modules, keeps):
+    """The sources that a build's plan is about; every other object may be known."""
+    names = sorted({Path(module).name for module in modules})
+    (workspace.place / "concerned").write_text("".join(f"{name}\n" for name in names))
+    if keeps:
+        (workspace.place / "keeps").touch()

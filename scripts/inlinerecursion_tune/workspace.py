@@ -4,12 +4,13 @@
     outputs         what the tuner has written elsewhere
     sources/        the sources as they were at the beginning
     bin/            the compilers that builds call (compilers.py)
+    objects/        those of the plugin's default, for other builds
     place/          the build that runs, or is being built, now
     variants/ID/    the other builds
 
 A build's folder holds `id`, `tree` (a copy of the sources, built), `plan.yaml` (what it
-obeys), `written.yaml` (what the plugin made of it), `calls` (a line for each call of a
-compiler) and `build.log`. Every build is made and run at place/tree, so that paths which
+obeys), `written.yaml` (what the plugin made of it), `concerned` (the sources that the plan
+is about), `calls` (a line for each call of a compiler) and `build.log`. Every build is made and run at place/tree, so that paths which
 it contains hold, and two builds that do the same are the same bytes; others are put aside
 by renaming.
 """
