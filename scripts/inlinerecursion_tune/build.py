@@ -7,6 +7,7 @@ are the same bytes are one, and are measured once.
 
 import hashlib
 import os
+import re
 import subprocess
 
 from inlinerecursion_tune import compilers, plans
@@ -17,6 +18,8 @@ PLAIN = "plain"
 DEFAULT = "default"
 PROFILED = "profiled"
 SHOWN_LINES = 15
+# What the plugin warns of when it does not follow a plan.
+REFUSED = re.compile(r"asks for is not built: (.*?)(?: \[-W.*)?$", re.M)
 
 
 def name_variant(plan):
@@ -115,6 +118,9 @@ class Builder:
         done = plans.find_done(entries)
         known = {"plan": plan, "programs": self.hash_programs(variant), "problem": "",
                  "done": {key: done[key] for key in plan if key in done}}
+        if refused := REFUSED.findall((self.workspace.place / "build.log").read_text(
+                errors="replace")):
+            known["refused"] = refused[0]
         if variant == DEFAULT:
             known["entries"] = [vars(entry) for entry in entries]
         self.state.variants[variant] = known

@@ -84,10 +84,11 @@ class Search:
         known = self.builder.make_or_note(variant, {target.key: text})
         if known.get("fails"):
             return None, "", Verdict("no build", why=known["problem"].split("\n")[-1])
-        done, reason = known["done"].get(target.key, ("", "no such function any more"))
+        done, _ = known["done"].get(target.key, ("", ""))
         if not plans.is_done(text, done):
             self.builder.workspace.drop(variant)
-            return None, done, Verdict("refused", why=reason)
+            return None, done, Verdict(
+                "refused", why=known.get("refused") or f"what is built is: {done or 'gone'}")
         same = self.builder.find_same(variant)
         if same != variant:
             self.builder.workspace.drop(variant)
