@@ -122,9 +122,7 @@ class Bench:
             if most and len(ratios) == most:
                 middle = sorted(ratios)[len(ratios) // 2]
                 return Verdict("promising", len(ratios), math.exp(middle))
-            used = self.spent + sum(known[-1] if known else [0, 0])
-            if used > self.limit:
-                raise OutOfBudget
+            self.check_room(self.limit, sum(known[0]) if known else 0)
             if len(ratios) == len(known):
                 known.append(self.measure_pair(candidate, reference, len(ratios)))
                 self.state.save()
@@ -134,9 +132,9 @@ class Bench:
             self.progress.show(self.spent)
         return verdict
 
-    def check_room(self, limit):
-        """Is it worth building something? Not if not even one pair of it could run."""
-        if self.spent + 2 * min(self.seconds) > limit:
+    def check_room(self, limit, pair=0):
+        """Is there time for another pair, which takes so long as far as is known?"""
+        if self.spent + (pair or 2 * min(self.seconds)) > limit:
             raise OutOfBudget
 
     def screen(self, candidate):

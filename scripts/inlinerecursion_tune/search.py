@@ -19,8 +19,8 @@ from inlinerecursion_tune.build import DEFAULT, PLAIN, name_variant
 from inlinerecursion_tune.errors import OutOfBudget
 from inlinerecursion_tune.verdict import Verdict
 
-# Of what is left, one function may take so much for its first turn.
-SHARE = 0.5
+# Of what is left, the first looks of one turn of a function may take so much.
+SCREENING_SHARE = 0.25
 NEIGHBOUR_ROUNDS = 2
 # Of the budget, kept for the race at the end; or so many runs, if that is more.
 RESERVED_SHARE = 0.25
@@ -92,36 +92,37 @@ class Search:
         same = self.builder.find_same(variant)
         if same != variant:
             self.builder.workspace.drop(variant)
-        if same == self.default or same in self.tried:
-            return None, done, Verdict(
-                "same", why=f"the program is that of {self.tried.get(same, DEFAULT)}")
+        title = f"'{text}' for {target.title}"
+        # It may have been tried in an earlier turn, which had no time for it.
+        like = DEFAULT if same == self.default else self.tried.get(same, title)
+        if like != title:
+            return None, done, Verdict("same", why=f"the program is that of {like}")
         if problem := self.builder.state.variants[same]["problem"]:
             return None, done, Verdict("differs", why=problem)
-        self.tried[same] = f"'{text}' for {target.title}"
+        self.tried[same] = title
         return same, done, None
 
     def screen(self, target, texts):
-        """[(ratio, text, variant, done)] of the promising ones, the best first."""
+        """[(ratio, text, variant, done)] of the promising ones, the best first, and the
+        texts that there was no time for."""
         promising = []
-        # The other half is for the races of what is found.
-        limit = self.bench.spent + (self.bench.limit - self.bench.spent) / 2
-        for text in texts:
+        limit = (self.bench.spent
+                 + SCREENING_SHARE * (self.bench.limit - self.bench.spent))
+        for index, text in enumerate(texts):
             self.progress.begin(f"{target.title}: {text}")
             try:
                 self.bench.check_room(limit)
                 variant, done, verdict = self.build(target, text)
                 verdict = verdict or self.bench.screen(variant)
             except OutOfBudget:
-                self.note(target, text, "", Verdict("not tried", why="no budget left"))
-                self.result.out_of_budget = True
-                break
+                return sorted(promising), texts[index:]
             if verdict.word in ("promising", "faster"):
                 promising.append((verdict.ratio, text, variant, done))
                 continue
             if variant:
                 self.builder.workspace.drop(variant)
             self.note(target, text, done, verdict)
-        return sorted(promising)
+        return sorted(promising), []
 
     def race(self, champion, promising):
         """The better of the champion and these."""
@@ -145,24 +146,35 @@ class Search:
                 self.progress.note_best(champion)
         return champion
 
+    def take_turns(self, champions, pending):
+        """Tries {key: texts} in turns, as each gets only a part of the time at once."""
+        while any(pending.values()):
+            before = self.bench.spent
+            for key, champion in champions.items():
+                promising, pending[key] = self.screen(champion.target, pending[key])
+                champions[key] = self.race(champion, promising)
+            if self.bench.spent == before:
+                break
+        for key, texts in pending.items():
+            for text in texts:
+                self.note(champions[key].target, text, "",
+                          Verdict("not tried", why="no budget left"))
+                self.result.out_of_budget = True
+
+    def find_neighbours(self, champion):
+        tried = {row.plan for row in self.result.rows if row.target is champion.target}
+        return [text for text in candidates.get_neighbours(
+            champion.done or champion.target.plan) if text not in tried]
+
     def find_champions(self):
-        champions = {}
-        for target in self.targets:
-            left = self.limit - self.bench.spent
-            is_last = target is self.targets[-1]
-            self.bench.limit = self.bench.spent + left * (1 if is_last else SHARE)
-            promising = self.screen(target, candidates.get_first(target.plan))
-            champions[target.key] = self.race(Champion(target), promising)
         self.bench.limit = self.limit
+        champions = {target.key: Champion(target) for target in self.targets}
+        self.take_turns(champions, {target.key: candidates.get_first(target.plan)
+                                    for target in self.targets})
         for _ in range(NEIGHBOUR_ROUNDS):
             before = {key: each.plan for key, each in champions.items()}
-            for key, champion in champions.items():
-                texts = candidates.get_neighbours(champion.done or champion.target.plan)
-                tried = {row.plan for row in self.result.rows
-                         if row.target is champion.target}
-                promising = self.screen(champion.target,
-                                        [text for text in texts if text not in tried])
-                champions[key] = self.race(champion, promising)
+            self.take_turns(champions, {key: self.find_neighbours(each)
+                                        for key, each in champions.items()})
             if before == {key: each.plan for key, each in champions.items()}:
                 break
         return sorted((self.settle(each) for each in champions.values() if each.plan),
