@@ -8,10 +8,10 @@ are the same bytes are one, and are measured once.
 import hashlib
 import os
 import re
-import subprocess
 
 from inlinerecursion_tune import compilers, plans
 from inlinerecursion_tune.errors import TuneError
+from inlinerecursion_tune.process import run_shell
 from inlinerecursion_tune.workspace import hash_file
 
 PLAIN = "plain"
@@ -62,9 +62,8 @@ class Builder:
         # __DATE__ and __TIME__ must not tell builds apart.
         environment.setdefault("SOURCE_DATE_EPOCH", "1600000000")
         with open(self.workspace.place / "build.log", "wb") as log:
-            return subprocess.run(["/bin/sh", "-c", command], cwd=self.workspace.tree,
-                                  stdin=subprocess.DEVNULL, stdout=log, stderr=log,
-                                  env=environment).returncode
+            return run_shell(command, lambda process: process.wait(), stdout=log,
+                             stderr=log, cwd=self.workspace.tree, env=environment)
 
     def make_tree(self, variant, plan, what):
         """Builds at the place; raises TuneError if that fails."""

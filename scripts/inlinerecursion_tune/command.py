@@ -5,6 +5,7 @@ import re
 from pathlib import Path
 
 from inlinerecursion_tune.errors import TuneError
+from inlinerecursion_tune.process import INTERRUPTS
 from inlinerecursion_tune.progress import NAME, say
 
 HELP = """\
@@ -177,6 +178,7 @@ def run(argv, here):
 
 
 def main(argv, here):
+    INTERRUPTS.install()
     try:
         return run(argv, here)
     except TuneError as error:

@@ -9,12 +9,12 @@ import hashlib
 import os
 import select
 import signal
-import subprocess
 import time
 from dataclasses import dataclass
 
 from inlinerecursion_tune.build import show_end
 from inlinerecursion_tune.errors import Differs, TuneError
+from inlinerecursion_tune.process import kill, run_shell
 
 # A run may take that many times as long as the plain build's, and no less than seconds.
 SLOWEST = 10
@@ -84,27 +84,17 @@ class Runner:
 
     def wait(self, process):
         """(status, user CPU time), or None if it takes too long."""
+        descriptor = os.pidfd_open(process.pid)
         try:
-            descriptor = os.pidfd_open(process.pid)
             ready, _, _ = select.select([descriptor], [], [], self.limit)
+        finally:
             os.close(descriptor)
-            if not ready:
-                self.kill(process)
-                return None
-            _, status, usage = os.wait4(process.pid, 0)
-        except BaseException:
-            self.kill(process)
-            raise
+        if not ready:
+            kill(process)
+            return None
+        _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
         return process.returncode, usage.ru_utime
-
-    def kill(self, process):
-        try:
-            os.killpg(process.pid, signal.SIGKILL)
-            _, status, _ = os.wait4(process.pid, 0)
-            process.returncode = os.waitstatus_to_exitcode(status)
-        except (ProcessLookupError, ChildProcessError):
-            pass
 
     def run(self, environment=None):
         """One run of what is at the place."""
@@ -113,12 +103,9 @@ class Runner:
         begin = time.monotonic()
         streams = {"stdout": place / "stdout", "stderr": place / "stderr"}
         with open(streams["stdout"], "wb") as out, open(streams["stderr"], "wb") as err:
-            # A session of its own: it can be ended with all that it has started.
-            process = subprocess.Popen(
-                ["/bin/sh", "-c", self.options.command], cwd=self.workspace.tree,
-                stdin=subprocess.DEVNULL, stdout=out, stderr=err,
-                env=dict(os.environ, **(environment or {})), start_new_session=True)
-            ended = self.wait(process)
+            ended = run_shell(self.options.command, self.wait, stdout=out, stderr=err,
+                              cwd=self.workspace.tree,
+                              env=dict(os.environ, **(environment or {})))
         elapsed = time.monotonic() - begin
         if not ended:
             raise Differs(f"no end: it takes more than {self.limit:.0f} s")

@@ -249,8 +249,13 @@ class Search:
                 self.result.plan, chosen = plan, variant
                 break
         plain = self.builder.find_same(PLAIN)
-        for variant, name in ((self.default, "default/plain"), (chosen, "plan/plain")):
-            if variant != plain and (name == "default/plain" or chosen != self.default):
+        races = [(self.default, "default/plain")]
+        if chosen != self.default:
+            races.append((chosen, "plan/plain"))
+        for variant, name in races:
+            if variant == plain:
+                self.result.final[name] = Verdict("same", why="the program is the same")
+            else:
                 self.race_at_end(variant, plain, name)
         return self.result
 
