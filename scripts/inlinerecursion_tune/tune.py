@@ -34,7 +34,13 @@ class Options:
 
     def __post_init__(self):
         self.outputs = [each for each in (self.output, self.table, self.json, self.chart)
-                        if each]
+                        if each] + find_redirected()
+
+
+def find_redirected():
+    """The files that standard output and error go to, maybe among the sources."""
+    found = [Path(f"/proc/self/fd/{number}") for number in (1, 2)]
+    return [each.resolve() for each in found if each.is_file()]
 
 
 def describe_inputs(options, workspace):
