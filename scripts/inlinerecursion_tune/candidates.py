@@ -4,6 +4,8 @@ First every shape by itself, rings in a few sizes; then what lies next to the be
 plugin refuses what does not fit the function, so nothing is ruled out here.
 """
 
+from inlinerecursion_tune.plans import is_done
+
 FIRST = (
     "none", "chain", "states", "leaves", "split",
     "ring copies=2 guard", "ring copies=2 no-guard",
@@ -19,16 +21,9 @@ SWITCHES = ("pass-sum", "loop-first")
 MOST_LEVELS = 9
 
 
-def is_covered(text, done):
-    """Does what was done already say all that the text asks for?"""
-    return not (set(text.split()) - set(done.split()))
-
-
 def get_first(default):
     """Plans to begin with; what the plugin does by itself is none of them."""
-    # "ring copies=4 guard" may be a default that is staggered as well; trying it costs a
-    # build, and no run if the programs are the same.
-    return [text for text in FIRST if not (default and is_covered(text, default))]
+    return [text for text in FIRST if not (default and is_done(text, default))]
 
 
 def read_words(plan):

@@ -35,7 +35,8 @@ def draw(result, targets, path):
     try:
         import matplotlib
     except ModuleNotFoundError:
-        raise TuneError("no chart: install the Debian package python3-matplotlib") from None
+        raise TuneError("no chart: install the Debian package python3-matplotlib"
+                        ) from None
     matplotlib.use("Agg")
     # The same chart for the same numbers.
     matplotlib.rcParams["svg.hashsalt"] = "inlinerecursion-tune"
@@ -50,7 +51,8 @@ def draw(result, targets, path):
     axes.invert_yaxis()
     axes.axvline(1, color="black", linewidth=0.8)
     axes.set_xlabel("times as fast as with the plugin's default")
-    handles = [pyplot.Rectangle((0, 0), 1, 1, color=colour) for colour in COLOURS.values()]
+    handles = [pyplot.Rectangle((0, 0), 1, 1, color=colour)
+               for colour in COLOURS.values()]
     axes.legend(handles, COLOURS, loc="best", fontsize="small")
     figure.tight_layout()
     try:

@@ -85,7 +85,8 @@ def read_plan(path):
                      if document]
         return [entry for document in documents for entry in read_entries(document)]
     except (yaml.YAMLError, AttributeError, TypeError) as error:
-        raise TuneError(f"{path}: the plugin's plan cannot be understood: {error}") from None
+        raise TuneError(f"{path}: the plugin's plan cannot be understood: {error}"
+                        ) from None
 
 
 def make_key(entry):

@@ -15,12 +15,11 @@ def format_speed(ratio):
 
 
 class Progress:
-    def __init__(self, budget, quiet=False):
-        self.quiet = quiet
+    def __init__(self, budget):
         self.told = set()
         self.bar = None
         self.best = {}
-        if not quiet and sys.stderr.isatty():
+        if sys.stderr.isatty():
             try:
                 from tqdm import tqdm
             except ModuleNotFoundError:
@@ -31,7 +30,7 @@ class Progress:
 
     def tell(self, line):
         """One line, once: a search that begins again repeats itself."""
-        if self.quiet or line in self.told:
+        if line in self.told:
             return
         self.told.add(line)
         if self.bar is not None:

@@ -1,17 +1,17 @@
 """The search for the best plan.
 
-Function by function, the hottest first: each plan is built, seen whether the plugin
-accepts it, and has a first look of three pairs beside the plugin's default. Those that are
-promising then race, the best first, against the best so far, which is the default in the
-beginning. When each function has had its turn, what lies next to the winners is tried in
-the same way. Then the winners run together, and against the best of them alone; and what
+Function by function, the hottest first: each plan is built, and if the plugin accepts it,
+it gets a first look of three pairs beside the plugin's default. Those that are promising
+then race, the best first, against the best so far, which is the default in the beginning. A
+function has only a part of the time for its turn, and another turn for what it had no time
+for. When there is nothing more to try, what lies next to the winners is tried in the same
+way. Then the winners run together, and against the best of them alone; and what
 comes out of that races once more against the default, with times that no choice has been
 made by, so that what is accepted is not the luckiest of many.
 
 What was found of each plan is kept in rows, for the table.
 """
 
-import math
 from dataclasses import dataclass, field
 
 from inlinerecursion_tune import candidates, plans
@@ -87,8 +87,8 @@ class Search:
         done, _ = known["done"].get(target.key, ("", ""))
         if not plans.is_done(text, done):
             self.builder.workspace.drop(variant)
-            return None, done, Verdict(
-                "refused", why=known.get("refused") or f"what is built is: {done or 'gone'}")
+            why = known.get("refused") or f"what is built is: {done or 'gone'}"
+            return None, done, Verdict("refused", why=why)
         same = self.builder.find_same(variant)
         if same != variant:
             self.builder.workspace.drop(variant)
@@ -245,7 +245,10 @@ class Search:
         self.bench.limit = self.bench.budget
         chosen = self.default
         for plan, variant in finals:
-            if variant and self.race_at_end(variant, self.default, "plan/default").is_faster:
+            if not variant:
+                continue
+            verdict = self.race_at_end(variant, self.default, "plan/default")
+            if verdict.is_faster:
                 self.result.plan, chosen = plan, variant
                 break
         plain = self.builder.find_same(PLAIN)
@@ -258,8 +261,3 @@ class Search:
             else:
                 self.race_at_end(variant, plain, name)
         return self.result
-
-
-def speed(ratio):
-    """How many times as fast, of a ratio of times."""
-    return math.inf if not ratio else 1 / ratio

@@ -5,7 +5,7 @@ from pathlib import Path
 
 from inlinerecursion_tune import build, chart, compilers, hotness, plans, table
 from inlinerecursion_tune.bench import SHORT_RUN, Bench, OutputDiffers
-from inlinerecursion_tune.build import DEFAULT, PLAIN
+from inlinerecursion_tune.build import DEFAULT
 from inlinerecursion_tune.errors import TuneError
 from inlinerecursion_tune.measure import Runner, RunOptions
 from inlinerecursion_tune.progress import Progress, format_speed

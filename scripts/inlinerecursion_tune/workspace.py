@@ -9,10 +9,10 @@
     variants/ID/    the other builds
 
 A build's folder holds `id`, `tree` (a copy of the sources, built), `plan.yaml` (what it
-obeys), `written.yaml` (what the plugin made of it), `concerned` (the sources that the plan
-is about), `calls` (a line for each call of a compiler) and `build.log`. Every build is made and run at place/tree, so that paths which
-it contains hold, and two builds that do the same are the same bytes; others are put aside
-by renaming.
+obeys), `written.yaml` (what the plugin made of it), `concerned` (the sources that the
+plan is about), `calls` (a line for each call of a compiler) and `build.log`. Every build
+is made and run at place/tree, so that paths which it contains hold, and two builds that do
+the same are the same bytes; others are put aside by renaming.
 """
 
 import fcntl
@@ -143,7 +143,8 @@ class Workspace:
         """An unbuilt copy of the sources at the place."""
         self.put_aside()
         self.place.mkdir()
-        subprocess.run(["cp", "-a", "--reflink=auto", self.sources, self.tree], check=True)
+        subprocess.run(["cp", "-a", "--reflink=auto", self.sources, self.tree],
+                       check=True)
 
     def finish(self, variant):
         """From now on it is a build, and can be put aside and come back."""
