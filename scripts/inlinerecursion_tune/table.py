@@ -59,6 +59,9 @@ def format_table(lines):
 def list_final(result):
     for name, title in FINAL.items():
         if verdict := result.final.get(name):
+            if not result.plan:
+                # It has lost.
+                title = title.replace("the plan,", "the best that was found,")
             yield f"{title}: {describe(verdict)}"
 
 
