@@ -24,7 +24,7 @@ INLINERECURSION_PLAN("none") INLINERECURSION_COPIES(4)
 int fib(int N) { return N < 2 ? N : fib(N - 1) + fib(N - 2); }
 
 // CHECK-DAG: warning: the plan that 'wrong' asks for is not built: unknown word 'copies=3' behind 'split', which takes pass-sum, no-pass-sum, loop-first, no-loop-first [-Wpass-failed=inlinerecursion]
-// CHECK-DAG: remark: 'wrong' rebuilt as a ring of 2 copies
+// CHECK-DAG: remark: 'wrong' rebuilt as a ring of 4 copies
 INLINERECURSION_PLAN("split copies=3")
 int wrong(int N) { return N < 2 ? N : wrong(N - 1) + wrong(N - 2); }
 

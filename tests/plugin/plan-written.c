@@ -26,9 +26,9 @@
 // ALL-NEXT: module:          b.c
 // ALL-NEXT: functions:
 // ALL-NEXT:   - name:            fib
-// ALL-NEXT:     plan:            'ring copies=2 no-guard no-staggered no-pass-sum no-loop-first'
+// ALL-NEXT:     plan:            'ring copies=4 no-guard no-staggered no-pass-sum no-loop-first'
 // ALL-NEXT:     body:
-// ALL-NEXT:     reason:          ring of 2 copies by the automatic policy, so that equal calls merge
+// ALL-NEXT:     reason:          ring of 4 copies by the automatic policy, so that equal calls merge
 // ALL-NEXT: ...
 // BESIDE: module:          b.c
 
