@@ -164,6 +164,9 @@ bool AutoRun::isRefused(Function &F) {
   const std::optional<PlanSpec> Plan = getPlan(F);
   if (Plan && Plan->Kind != PlanSpec::None && !Plan->ByRules)
     warnAboutPlan(F, explainIllegal(F));
+  // Behind the inliner it may not be there any more.
+  if (!Plan && isPlannedLate(F))
+    addDecision(F, explainIllegal(F), /*IsPart=*/false);
   // In front of the inliner that is told with what the pass refuses.
   if (Plan && Plan->Kind == PlanSpec::None && !Limits.InlinerFollows) {
     Verdict Why = explainIllegal(F);
@@ -176,11 +179,9 @@ bool AutoRun::isRefused(Function &F) {
 /// \p F is looked at, and not once more behind the inliner, unless a plan says
 /// so: one for \p F, not for what it was built of.
 void AutoRun::markSeen(Function &F) const {
-  if (!Limits.InlinerFollows)
-    return;
-  if (isPlannedLate(F))
+  if (Limits.InlinerFollows && isPlannedLate(F))
     F.removeFnAttr(SeenMark);
-  else
+  else if (Limits.InlinerFollows)
     F.addFnAttr(SeenMark);
 }
 
